@@ -1,0 +1,13 @@
+// The loads module's services as the host sees them: function pointers the module fills.
+#include "host/LoadsServices.h"
+
+void CLoadsServices::Reset() {
+    Brojevi = nullptr;
+    UkupanBrojSloptOKombinacija = nullptr;
+    FaktoriZaProracun = nullptr;
+    FaktoriZaIspis = nullptr;
+    GetTeorija = nullptr;
+    SetTeorija = nullptr;
+    Izvestaj = nullptr;
+    NapraviPrimer = nullptr;
+}

@@ -1,0 +1,40 @@
+#pragma once
+// What a host asks of the loads module beyond the commands it registers. A host links only the
+// platform and loads the module at run time; the module's set-up fills these function
+// pointers, and they stay null until then.
+#include "framework/Array.h"
+#include "framework/String.h"
+
+#include <vector>
+
+/// Tables of the loads of a model, neutral of how a host shows them.
+struct CLoadsReport {
+    struct Table {
+        CString title;
+        std::vector<CString> header;
+        std::vector<std::vector<CString>> rows;
+    };
+    std::vector<Table> tables;
+};
+
+class CLoadsServices {
+public:
+    /// Numbers of load cases, combinations and envelopes of the current document.
+    static inline void (*Brojevi)(int& nSlOpt, int& nKomb, int& nAnv) = nullptr;
+    /// Number of load cases and combinations.
+    static inline int (*UkupanBrojSloptOKombinacija)() = nullptr;
+    /// Factor vectors of a zero-based load number, for analysis and for printing.
+    static inline void (*FaktoriZaProracun)(int zerobased, CArray<double>& f) = nullptr;
+    static inline void (*FaktoriZaIspis)(int zerobased, CArray<double>& f) = nullptr;
+    /// The analysis theory switch.
+    static inline int (*GetTeorija)() = nullptr;
+    static inline void (*SetTeorija)(int teorija) = nullptr;
+    /// The loads of the current document as tables (load cases, combinations, envelopes,
+    /// checksums).
+    static inline void (*Izvestaj)(CLoadsReport& report) = nullptr;
+    /// Fills the current (empty) document with an example model of a few storeys.
+    static inline void (*NapraviPrimer)() = nullptr;
+
+    /// Empties every pointer (when the module is unloaded).
+    static void Reset();
+};

@@ -1,0 +1,392 @@
+// The document's object base: objects per type in store order, the class registry, and undo
+// and redo by record images.
+#include "objbase/ObjBase.h"
+
+#include "diag/Assert.h"
+
+#include <algorithm>
+
+namespace {
+
+struct Registered {
+    CObj* prototype;
+    bool persistent;
+};
+
+/// The registry lives as long as the process: prototypes come from the pools of their
+/// classes, whose own destruction order at exit is not known, so they are never given back.
+/// The union keeps the map from being destroyed, which also keeps every prototype reachable.
+std::map<int, Registered>& Registry() {
+    union Forever {
+        Forever() : map() {}
+        ~Forever() {}
+        std::map<int, Registered> map;
+    };
+    static Forever registry;
+    return registry.map;
+}
+
+CObjBase* g_pCurrent = nullptr;
+
+constexpr int FirstFreeType = 1000;
+
+} // namespace
+
+// One stored object with its type and its place in the store order of the type.
+struct CObjBase::Entry {
+    Entry(CObj* object, int objectType, uint64_t objectOrder)
+        : obj(object), type(objectType), order(objectOrder) {}
+    ~Entry() { DestroyObject(obj); }
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+
+    CObj* obj;
+    int type;
+    uint64_t order;
+};
+
+// An object changed within an undo step: what it was before the step and after it. A missing
+// image means the object did not exist then.
+struct CObjBase::Touched {
+    int32_t id = -1;
+    int typeBefore = 0;
+    uint64_t orderBefore = 0;
+    std::optional<std::vector<uint8_t>> before;
+    int typeAfter = 0;
+    uint64_t orderAfter = 0;
+    std::optional<std::vector<uint8_t>> after;
+
+    bool Unchanged() const {
+        if (before.has_value() != after.has_value())
+            return false;
+        return !before ||
+               (typeBefore == typeAfter && orderBefore == orderAfter && *before == *after);
+    }
+};
+
+struct CObjBase::Step {
+    explicit Step(int32_t nextId) : nextIdBefore(nextId), nextIdAfter(nextId) {}
+
+    std::vector<Touched> touched;
+    std::unordered_map<int32_t, size_t> index;
+    int32_t nextIdBefore;
+    int32_t nextIdAfter;
+};
+
+CObjBase::CObjBase() = default;
+
+CObjBase::~CObjBase() {
+    if (g_pCurrent == this)
+        g_pCurrent = nullptr;
+}
+
+CObjBase* CObjBase::GetCurrent() {
+    return g_pCurrent;
+}
+
+void CObjBase::SetCurrent(CObjBase* base) {
+    g_pCurrent = base;
+}
+
+// --- registry ---
+
+int CObjBase::RegisterSubBase(CObj* prototype, int flag) {
+    VASSERT(prototype != nullptr);
+    auto& registry = Registry();
+    int type = prototype->GetType();
+    if (type > 0 && registry.contains(type)) {
+        prototype->Destroy(1);
+        return type;
+    }
+    if (type <= 0) {
+        type = FirstFreeType;
+        while (registry.contains(type))
+            ++type;
+        prototype->SetType(type);
+    }
+    prototype->BuildInheritanceHistory();
+    prototype->SetProtected(true);
+    registry.emplace(type, Registered{prototype, flag != 0});
+    return type;
+}
+
+bool CObjBase::IsRegistered(int type) {
+    return Registry().contains(type);
+}
+
+bool CObjBase::IsPersistent(int type) {
+    const auto it = Registry().find(type);
+    return it != Registry().end() && it->second.persistent;
+}
+
+std::vector<int> CObjBase::GetRegisteredTypes() {
+    std::vector<int> types;
+    for (const auto& [type, registered] : Registry())
+        types.push_back(type);
+    return types;
+}
+
+CObj* CObjBase::CreateObject(int type) {
+    const auto it = Registry().find(type);
+    if (it == Registry().end())
+        return nullptr;
+    CObj* obj = it->second.prototype->MakeNew();
+    obj->SetId(CId());
+    return obj;
+}
+
+// --- contents ---
+
+int CObjBase::Count(int type) const {
+    const auto it = m_byType.find(type);
+    return it == m_byType.end() ? 0 : static_cast<int>(it->second.size());
+}
+
+int CObjBase::CountAll() const {
+    return static_cast<int>(m_objects.size());
+}
+
+const CObj* CObjBase::Find(const CId& id) const {
+    const auto it = m_objects.find(id.GetValue());
+    return it == m_objects.end() ? nullptr : it->second->obj;
+}
+
+std::vector<CId> CObjBase::Ids(int type, bool sorted) const {
+    std::vector<CId> ids;
+    const auto it = m_byType.find(type);
+    if (it == m_byType.end())
+        return ids;
+    ids.reserve(it->second.size());
+    for (const auto& [order, id] : it->second)
+        ids.emplace_back(id);
+    if (sorted)
+        std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+void CObjBase::Clear() {
+    m_byType.clear();
+    m_objects.clear();
+    m_nextId = 1;
+    m_nextOrder = 1;
+    m_undo.clear();
+    m_redo.clear();
+    // A step in progress starts again from the empty store.
+    if (m_current)
+        m_current = std::make_unique<Step>(m_nextId);
+}
+
+// --- changes ---
+
+void CObjBase::DestroyObject(CObj* obj) {
+    if (obj != nullptr)
+        obj->Destroy(1);
+}
+
+void CObjBase::Place(CObj* obj, int type, uint64_t order) {
+    const int32_t id = obj->GetId().GetValue();
+    m_byType[type][order] = id;
+    m_objects[id] = std::make_unique<Entry>(obj, type, order);
+}
+
+void CObjBase::Remove(const CId& id) {
+    const auto it = m_objects.find(id.GetValue());
+    if (it == m_objects.end())
+        return;
+    const auto typeIt = m_byType.find(it->second->type);
+    if (typeIt != m_byType.end()) {
+        typeIt->second.erase(it->second->order);
+        if (typeIt->second.empty())
+            m_byType.erase(typeIt);
+    }
+    m_objects.erase(it);
+}
+
+std::optional<std::vector<uint8_t>> CObjBase::Image(const CId& id) const {
+    const CObj* obj = Find(id);
+    if (obj == nullptr)
+        return std::nullopt;
+    CFiller f;
+    f.Open(CFiller::Mode::Write);
+    obj->ToFiller(f);
+    f.Close();
+    return f.Buffer();
+}
+
+void CObjBase::Touch(const CId& id) {
+    if (!m_current) {
+        // A change outside any opening for writing cannot be undone, and the steps kept so
+        // far no longer lead back to a state that existed.
+        m_undo.clear();
+        m_redo.clear();
+        return;
+    }
+    if (m_current->index.contains(id.GetValue()))
+        return;
+    Touched touched;
+    touched.id = id.GetValue();
+    if (const auto it = m_objects.find(id.GetValue()); it != m_objects.end()) {
+        touched.typeBefore = it->second->type;
+        touched.orderBefore = it->second->order;
+        touched.before = Image(id);
+    }
+    m_current->index.emplace(touched.id, m_current->touched.size());
+    m_current->touched.push_back(std::move(touched));
+}
+
+CObj* CObjBase::GetWritable(const CId& id) {
+    const auto it = m_objects.find(id.GetValue());
+    if (it == m_objects.end())
+        return nullptr;
+    Touch(id);
+    return it->second->obj;
+}
+
+CId CObjBase::Insert(CObj* obj) {
+    VASSERT(obj != nullptr);
+    // Undo recreates objects by type, so only registered classes can be stored.
+    gfnAssert(IsRegistered(obj->GetType()), "IsRegistered (pObj->GetType ())",
+              gfnSourceName(__FILE__), __LINE__);
+    const CId id(m_nextId);
+    Touch(id);
+    ++m_nextId;
+    obj->SetId(id);
+    Place(obj, obj->GetType(), m_nextOrder++);
+    obj->NotifyInsert();
+    return id;
+}
+
+bool CObjBase::InsertLoaded(CObj* obj) {
+    if (obj == nullptr)
+        return false;
+    const CId id = obj->GetId();
+    if (!id.Valid() || m_objects.contains(id.GetValue()) || !IsRegistered(obj->GetType())) {
+        DestroyObject(obj);
+        return false;
+    }
+    Touch(id);
+    Place(obj, obj->GetType(), m_nextOrder++);
+    m_nextId = std::max(m_nextId, id.GetValue() + 1);
+    return true;
+}
+
+bool CObjBase::Delete(const CId& id) {
+    const auto it = m_objects.find(id.GetValue());
+    if (it == m_objects.end())
+        return false;
+    Touch(id);
+    it->second->obj->NotifyDelete();
+    Remove(id);
+    return true;
+}
+
+// --- undo ---
+
+void CObjBase::BeginWrite() {
+    if (!m_current)
+        m_current = std::make_unique<Step>(m_nextId);
+    ++m_openWrite;
+}
+
+void CObjBase::EndWrite() {
+    if (m_openWrite > 0)
+        --m_openWrite;
+    if (m_openWrite == 0 && m_freeze == 0)
+        FinishStep();
+}
+
+void CObjBase::FreezeUndoCounter() {
+    ++m_freeze;
+}
+
+void CObjBase::UnfreezeUndoCounter() {
+    if (m_freeze == 0)
+        return;
+    --m_freeze;
+    if (m_freeze == 0 && m_openWrite == 0)
+        FinishStep();
+}
+
+void CObjBase::FinishStep() {
+    std::unique_ptr<Step> step = std::move(m_current);
+    if (!step)
+        return;
+    step->nextIdAfter = m_nextId;
+    for (Touched& touched : step->touched) {
+        if (const auto it = m_objects.find(touched.id); it != m_objects.end()) {
+            touched.typeAfter = it->second->type;
+            touched.orderAfter = it->second->order;
+            touched.after = Image(CId(touched.id));
+        }
+    }
+    // Objects opened for writing but left as they were are no part of the step; a step that
+    // changed nothing is not kept at all.
+    std::erase_if(step->touched, [](const Touched& t) { return t.Unchanged(); });
+    step->index.clear();
+    if (step->touched.empty() && step->nextIdBefore == step->nextIdAfter)
+        return;
+    m_undo.push_back(std::move(step));
+    m_redo.clear();
+    while (m_undo.size() > m_undoLimit)
+        m_undo.erase(m_undo.begin());
+}
+
+void CObjBase::Restore(const CId& id, int type, uint64_t order,
+                       const std::optional<std::vector<uint8_t>>& image) {
+    Remove(id);
+    if (!image)
+        return;
+    CObj* obj = CreateObject(type);
+    VASSERT(obj != nullptr);
+    CFiller f;
+    f.SetBuffer(*image);
+    f.Open(CFiller::Mode::Read);
+    obj->FromFiller(f);
+    f.Close();
+    obj->SetId(id);
+    Place(obj, type, order);
+}
+
+bool CObjBase::CanUndo() const {
+    return !m_undo.empty() && m_openWrite == 0 && !m_current;
+}
+
+bool CObjBase::CanRedo() const {
+    return !m_redo.empty() && m_openWrite == 0 && !m_current;
+}
+
+bool CObjBase::Undo() {
+    if (!CanUndo())
+        return false;
+    std::unique_ptr<Step> step = std::move(m_undo.back());
+    m_undo.pop_back();
+    // Take every touched object away first, then bring back the ones that existed, so that
+    // an id never meets an object that is still to be replaced.
+    for (const Touched& t : step->touched)
+        Remove(CId(t.id));
+    for (const Touched& t : step->touched)
+        Restore(CId(t.id), t.typeBefore, t.orderBefore, t.before);
+    m_nextId = step->nextIdBefore;
+    m_redo.push_back(std::move(step));
+    return true;
+}
+
+bool CObjBase::Redo() {
+    if (!CanRedo())
+        return false;
+    std::unique_ptr<Step> step = std::move(m_redo.back());
+    m_redo.pop_back();
+    for (const Touched& t : step->touched)
+        Remove(CId(t.id));
+    for (const Touched& t : step->touched)
+        Restore(CId(t.id), t.typeAfter, t.orderAfter, t.after);
+    m_nextId = step->nextIdAfter;
+    m_undo.push_back(std::move(step));
+    return true;
+}
+
+void CObjBase::SetUndoLimit(int steps) {
+    m_undoLimit = static_cast<size_t>(std::max(steps, 0));
+    while (m_undo.size() > m_undoLimit)
+        m_undo.erase(m_undo.begin());
+}

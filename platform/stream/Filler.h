@@ -1,0 +1,131 @@
+#pragma once
+// The stream library: binary record streams in memory and in files, and the record interface.
+//
+// A CFiller is opened for writing or for reading and closed again. Writers append elements;
+// readers take them in the same order. All multi-byte helpers are little-endian. A stream has
+// an error flag: reading past the end, a count that the remaining bytes cannot hold, a version
+// error or a failed file operation set it, and every later read returns at once leaving its
+// target untouched (readers test the flag before they read). No input can make a reader
+// allocate without bound.
+#include "framework/String.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+class CFiller;
+
+/// Anything that writes itself into a stream and reads itself back.
+class CFillerUser {
+public:
+    virtual ~CFillerUser() = default;
+    virtual int ToFiller(CFiller& f) const = 0;
+    virtual int FromFiller(CFiller& f) = 0;
+};
+
+class CFiller {
+public:
+    enum class Mode { Closed, Write, Read };
+    static constexpr size_t DefaultBlockSize = 4096;
+
+    /// A memory stream that grows in blocks of the given size.
+    explicit CFiller(size_t blockSize = DefaultBlockSize);
+    /// A file stream: Open(Write) collects the bytes and Close writes them to the file;
+    /// Open(Read) loads the whole file (a missing or unreadable file sets the error flag).
+    explicit CFiller(std::filesystem::path file);
+    virtual ~CFiller();
+    CFiller(const CFiller&) = delete;
+    CFiller& operator=(const CFiller&) = delete;
+
+    /// Opens for writing (the content is emptied) or for reading (from the first byte).
+    /// Opening clears the error flag. Returns false when a file cannot be read.
+    bool Open(Mode mode);
+    /// Closes; a file stream opened for writing writes its file here. Returns false (and sets
+    /// the error flag) when the file cannot be written.
+    bool Close();
+    Mode GetMode() const { return m_mode; }
+    bool IsOpen() const { return m_mode != Mode::Closed; }
+
+    /// Writes count elements of elemSize bytes each, as they lie in memory. A stream that is
+    /// not open for writing ignores them and sets the error flag.
+    void Write(const void* data, size_t elemSize, size_t count);
+    /// Reads count elements of elemSize bytes; past the end the error flag is set, nothing is
+    /// stored and false is returned.
+    bool Read(void* data, size_t elemSize, size_t count);
+
+    void WriteInt32(int32_t v);
+    void WriteUInt32(uint32_t v);
+    void WriteUInt8(uint8_t v);
+    void WriteUInt16(uint16_t v);
+    void WriteFloat64(double v);
+    /// Each reader stores into v only when the read succeeded.
+    bool ReadInt32(int32_t& v);
+    bool ReadUInt32(uint32_t& v);
+    bool ReadUInt8(uint8_t& v);
+    bool ReadUInt16(uint16_t& v);
+    bool ReadFloat64(double& v);
+
+    /// Checks a count read from the stream before anything is allocated for it: a negative
+    /// count, or one whose elements of at least minElemSize bytes (at least one) cannot fit
+    /// into the bytes that remain, sets the error flag and gives false; so does a stream that
+    /// is not open for reading.
+    bool CheckCount(int64_t count, size_t minElemSize);
+
+    bool IsError() const { return m_error; }
+    /// Sets the error flag with a reason and the name of the source that found it. The first
+    /// reason given is kept until the stream is opened again.
+    void SetError(const CString& message = CString(), const std::string& source = std::string());
+    const CString& GetErrorMessage() const { return m_errorMessage; }
+    const std::string& GetErrorSource() const { return m_errorSource; }
+
+    /// Bytes written so far (writing) or bytes still unread (reading).
+    size_t Remaining() const;
+    size_t Size() const { return m_buffer.size(); }
+    size_t Position() const { return m_pos; }
+
+    /// The bytes of a memory stream, and a way to give it bytes to read (SetBuffer, then
+    /// Open(Read)).
+    const std::vector<uint8_t>& Buffer() const { return m_buffer; }
+    void SetBuffer(std::vector<uint8_t> bytes);
+
+protected:
+    /// Where written bytes go; a checksum stream overrides it.
+    virtual void Sink(const uint8_t* data, size_t n);
+
+private:
+    std::vector<uint8_t> m_buffer;
+    size_t m_pos = 0;
+    size_t m_blockSize;
+    Mode m_mode = Mode::Closed;
+    bool m_error = false;
+    CString m_errorMessage;
+    std::string m_errorSource;
+    std::filesystem::path m_file;
+    bool m_isFile = false;
+};
+
+/// A write-only stream that keeps nothing but the CRC-32 (zlib's) of what was written. It is
+/// open for writing from construction on; Reset starts a new checksum.
+class CCrcFiller : public CFiller {
+public:
+    CCrcFiller();
+    uint32_t GetCRC() const { return m_crc; }
+    void Reset();
+
+protected:
+    void Sink(const uint8_t* data, size_t n) override;
+
+private:
+    uint32_t m_crc;
+};
+
+/// Version errors of records: the message and the source name are kept by the stream, whose
+/// error flag is set, so the host can tell why a file did not load.
+class CTrFiller {
+public:
+    static void SetObjVerErr(CFiller& f, const char* sourceName, const CString& message);
+    /// Formats "Object version error! Version: %d" and reports it as above.
+    static void SetObjVerErr(CFiller& f, const char* sourceName, int version);
+};

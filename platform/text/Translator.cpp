@@ -1,0 +1,59 @@
+// The catalogs of translations and the current language.
+#include "Translator.h"
+
+#include <map>
+
+namespace {
+
+struct LanguageState {
+    int language = ClTranslator::Srpski;
+    int subLanguage = 0;
+    std::map<int, std::map<std::wstring, CString>> catalogs;
+};
+
+LanguageState& State() {
+    static LanguageState state;
+    return state;
+}
+
+} // namespace
+
+CString ClTranslator::Do(const CString& source) const {
+    return Translate(source);
+}
+
+CString ClTranslator::Translate(const CString& source) {
+    const LanguageState& state = State();
+    if (state.language == Srpski)
+        return source;
+    const auto catalog = state.catalogs.find(state.language);
+    if (catalog == state.catalogs.end())
+        return source;
+    const auto entry = catalog->second.find(source);
+    return entry == catalog->second.end() ? source : entry->second;
+}
+
+void ClTranslator::SetLanguage(int language, int subLanguage) {
+    State().language = language;
+    State().subLanguage = subLanguage;
+}
+
+int ClTranslator::GetLanguage() {
+    return State().language;
+}
+
+int ClTranslator::GetSubLanguage() {
+    return State().subLanguage;
+}
+
+bool ClTranslator::bugarskiJezik() {
+    return State().language == Bugarski;
+}
+
+void ClTranslator::AddTranslation(int language, const CString& source, const CString& translation) {
+    State().catalogs[language][source] = translation;
+}
+
+void ClTranslator::ClearCatalogs() {
+    State().catalogs.clear();
+}

@@ -1,0 +1,71 @@
+#pragma once
+// The translation library: texts of the program are written in Serbian (Latin script) and
+// translated through the catalog of the current language at display time.
+//
+// String record (ToFiller / FromFiller): int32 n, the number of UTF-16 code units, then n
+// uint16 code units, little-endian. Characters outside the Basic Multilingual Plane are
+// written as surrogate pairs, so every Unicode text round-trips; a value that is not a
+// Unicode scalar value (a lone surrogate, or above U+10FFFF) is written as U+FFFD, and a
+// lone surrogate read from a stream becomes U+FFFD.
+#include "framework/Array.h"
+#include "framework/String.h"
+
+class CFiller;
+
+class ClTranslator {
+public:
+    /// Language codes; Serbian is the source language and needs no catalog.
+    enum Jezik : int { Srpski = 0, Engleski = 1, Bugarski = 2, Ruski = 3, Nemacki = 4 };
+
+    /// The translation of a source text in the current language, or the text itself when the
+    /// language has no catalog or the catalog has no entry for it.
+    CString Do(const CString& source) const;
+    static CString Translate(const CString& source);
+
+    static void SetLanguage(int language, int subLanguage = 0);
+    static int GetLanguage();
+    static int GetSubLanguage();
+    /// True when the current language is Bulgarian.
+    static bool bugarskiJezik();
+
+    /// Adds or replaces one entry of a language's catalog; ClearCatalogs empties them all.
+    static void AddTranslation(int language, const CString& source, const CString& translation);
+    static void ClearCatalogs();
+
+    /// The string record (see above). FromFiller returns 0 and leaves s untouched when the
+    /// stream is in error or the record cannot be complete.
+    static int ToFiller(CFiller& f, const CString& s);
+    static int FromFiller(CFiller& f, CString& s);
+
+    /// A list of integers as text: ascending, duplicates dropped, runs of two or more
+    /// consecutive numbers written as "first-last", items joined by ",": {1,2,3,5} gives
+    /// "1-3,5". The text is also a valid envelope selection.
+    static CString IntArray2String(const CArray<int>& values);
+    /// Reads such a text back (also single items in any order and blanks around numbers);
+    /// the values come back ascending without duplicates, and an empty or blank text gives an
+    /// empty list. Returns false for anything else, and for a text that expands to more than
+    /// 2^20 numbers, and leaves values empty.
+    static bool String2IntArray(const CString& text, CArray<int>& values);
+};
+
+/// A number with the given count of decimals and '.' as separator. With signFlag non-zero a
+/// positive value (and zero) gets a leading "+", so that terms read as a sum: 1.5 with two
+/// decimals gives "1.50", or "+1.50" with the flag; -1.5 gives "-1.50" either way. A value
+/// that rounds to zero never shows a minus sign. Infinite and undefined values give "inf",
+/// "-inf" and "nan".
+CString gfnFormatDouble(double value, int decimals, int signFlag);
+
+class CRomanNumber {
+public:
+    /// The Roman numeral of 1..3999 (4 is IV, 1994 is MCMXCIV). Zero, negative numbers and
+    /// numbers above 3999, which have no standard numeral, are given in decimal digits.
+    static CString GetRomanValue(int value);
+};
+
+class CGreek {
+public:
+    /// Replaces every marker "#g<letter>#g" by the Greek letter that the Latin letter stands
+    /// for in the symbol font ("#gd#g" gives δ, "#gD#g" gives Δ); a marker with any other
+    /// content is left as it stands.
+    static CString ConvertToUnicode(const CString& text);
+};
