@@ -1,0 +1,109 @@
+// The text report of the current document that `show` prints.
+#include "ModelReport.h"
+
+#include "host/LoadsServices.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+std::string Range(int first, int count) {
+    if (count <= 0)
+        return "-";
+    if (count == 1)
+        return std::to_string(first);
+    return std::to_string(first) + ".." + std::to_string(first + count - 1);
+}
+
+/// The kind of a load and its own number, from its zero-based number on the scale.
+std::string LoadName(const CLoadCounts& counts, int zerobased) {
+    if (zerobased < counts.nSlOpt)
+        return "case " + std::to_string(zerobased + 1);
+    if (zerobased < counts.nSlOpt + counts.nKomb)
+        return "combination " + std::to_string(zerobased - counts.nSlOpt + 1);
+    return "envelope " + std::to_string(zerobased - counts.nSlOpt - counts.nKomb + 1);
+}
+
+} // namespace
+
+CLoadCounts CountLoads() {
+    CLoadCounts counts;
+    CLoadsServices::Brojevi(counts.nSlOpt, counts.nKomb, counts.nAnv);
+    return counts;
+}
+
+CTextTable ScaleTable(const CLoadCounts& counts) {
+    CTextTable table{
+        "Ranges of the global scale", {"Loads", "Count", "Ordinals", "Zero-based"}, {}};
+    const auto addRow = [&table](const std::string& name, int first, int count) {
+        table.rows.push_back(
+            {name, std::to_string(count), Range(first, count), Range(first - 1, count)});
+    };
+    addRow("load cases", 1, counts.nSlOpt);
+    addRow("combinations", counts.nSlOpt + 1, counts.nKomb);
+    addRow("envelopes", counts.nSlOpt + counts.nKomb + 1, counts.nAnv);
+    table.rows.push_back({"cases and combinations",
+                          std::to_string(CLoadsServices::UkupanBrojSloptOKombinacija()), "", ""});
+    return table;
+}
+
+std::string FormatFactor(double value) {
+    if (value == 0.0)
+        return "0";
+    char text[64];
+    std::snprintf(text, sizeof text, "%.6f", value);
+    std::string result = text;
+    // Trailing zeros go, but two decimals stay.
+    const size_t point = result.find('.');
+    while (result.size() > point + 3 && result.back() == '0')
+        result.pop_back();
+    return result;
+}
+
+CTextTable FactorTable(const std::string& title, const CLoadCounts& counts, FactorService service) {
+    CTextTable table{title, {"No.", "Load"}, {}};
+    size_t longest = 0;
+    for (int i = 0; i < counts.Total(); ++i) {
+        CArray<double> factors;
+        service(i, factors);
+        std::vector<std::string> row{std::to_string(i + 1), LoadName(counts, i)};
+        for (double factor : factors)
+            row.push_back(FormatFactor(factor));
+        longest = std::max(longest, static_cast<size_t>(factors.GetSize()));
+        table.rows.push_back(std::move(row));
+    }
+    // The columns are the entries of the vectors: entry m is the factor of load m + 1.
+    for (size_t m = 0; m < longest; ++m)
+        table.header.push_back(std::to_string(m + 1));
+    return table;
+}
+
+void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
+    frame.SetResultsMode(resultsMode);
+    frame.ClearAnnouncements();
+    CMainFrame::UpdateCombo(-1);
+    PrintTable(out, SelectorTable(resultsMode ? "Load selector, results mode"
+                                              : "Load selector, input mode",
+                                  frame.Combo()));
+    if (frame.Announcements().empty())
+        out << "Status pane: (nothing announced)\n\n";
+    for (const CHeadlessFrame::Announcement& announced : frame.Announcements())
+        out << "Status pane: " << announced.text.ToUtf8()
+            << (announced.envelope != 0 ? " (envelope)" : "") << "\n\n";
+}
+
+void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
+    CLoadsReport report;
+    CLoadsServices::Izvestaj(report);
+    for (const CLoadsReport::Table& table : report.tables)
+        PrintTable(out, ToTextTable(table));
+
+    const CLoadCounts counts = CountLoads();
+    out << "Theory: " << CLoadsServices::GetTeorija() << "\n\n";
+    PrintTable(out, ScaleTable(counts));
+    PrintTable(out, FactorTable("Factors for analysis", counts, CLoadsServices::FaktoriZaProracun));
+    PrintTable(out, FactorTable("Factors for printing", counts, CLoadsServices::FaktoriZaIspis));
+    PrintSelector(out, frame, false);
+    PrintSelector(out, frame, true);
+}

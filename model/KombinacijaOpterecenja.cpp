@@ -1,0 +1,226 @@
+// A load combination of the model as a stored object: its record and checksums, and the two
+// cascades that delete combinations left without their load cases and renumber the rest.
+#include "model/KombinacijaOpterecenja.h"
+
+#include "diag/Assert.h"
+#include "host/Model.h"
+#include "model/SlucajOpterecenja.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+const char* const kSource = "KombinacijaOpterecenja";
+
+const CKombinacijaOpterecenja* Kombinacija(const CBaseManager& bm, const CId& id) {
+    const auto* pKomb = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
+    VASSERT(pKomb);
+    return pKomb;
+}
+
+/// Ordinals of all load cases of the store by id.
+CRedniBrojeviSlOpt RedniBrojeviSlOpt(CBaseManager& bm) {
+    CRedniBrojeviSlOpt redniBrojevi;
+    bm.Select(CSlucajOpterecenja::Type);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+        const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(id));
+        VASSERT(pSlOpt);
+        redniBrojevi.Postavi(id, pSlOpt->DajRedniBroj());
+    }
+    return redniBrojevi;
+}
+
+/// Gives every combination the ordinal novi(id, old ordinal) (0: it keeps its ordinal) and
+/// rebuilds the generated names, whose load case numerals may have changed. A combination is
+/// opened for writing only when it changes, so the undo step holds just what changed. The
+/// view is open for writing.
+template <class NoviRedniBroj> void PrenumerisiIPreimenuj(CBaseManager& bm, NoviRedniBroj&& novi) {
+    const CRedniBrojeviSlOpt redniBrojevi = RedniBrojeviSlOpt(bm);
+    // An item that stands for an SRSS load case may be named by the paired rule; any other
+    // is named from the ordinals alone.
+    auto preimenuj = [&](CKombOptItem& item) {
+        if (item.GetId().Valid())
+            item.SetGenericName(nullptr, 0);
+        else
+            item.SetGenericNamePoRednimBrojevima(redniBrojevi);
+    };
+    bm.Select(CKombinacijaOpterecenja::Type);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+        const CKombOptItem& staro = Kombinacija(bm, id)->Item();
+        const int r = novi(id, staro.GetRedniBroj());
+        bool menja = r > 0 && r != staro.GetRedniBroj();
+        if (!menja && staro.IsGenericName()) {
+            if (staro.GetId().Valid()) {
+                CKombOptItem novo = staro;
+                preimenuj(novo);
+                menja = novo.GetNaziv() != staro.GetNaziv();
+            } else {
+                menja = staro.NapraviGenerickiNaziv(redniBrojevi) != staro.GetNaziv();
+            }
+        }
+        if (!menja)
+            continue;
+        auto* pKomb = dynamic_cast<CKombinacijaOpterecenja*>(bm.GetW(id));
+        VASSERT(pKomb);
+        if (r > 0)
+            pKomb->Item().SetRedniBroj(r);
+        if (pKomb->Item().IsGenericName())
+            preimenuj(pKomb->Item());
+    }
+}
+
+} // namespace
+
+CKombinacijaOpterecenja::CKombinacijaOpterecenja(const CKombinacijaOpterecenja& src)
+    : CPooledObj() {
+    gfnAssert(this == validAdr, "this == validAdr", kSource, __LINE__);
+    Copy(src);
+}
+
+CKombinacijaOpterecenja& CKombinacijaOpterecenja::operator=(const CKombinacijaOpterecenja& src) {
+    Copy(src);
+    return *this;
+}
+
+// --- record and checksums ---
+
+int CKombinacijaOpterecenja::ToFiller(CFiller& f) const {
+    CObj::ToFiller(f);
+    f.WriteInt32(1);
+    m_Item.ToFiller(f);
+    return 1;
+}
+
+int CKombinacijaOpterecenja::FromFiller(CFiller& f) {
+    if (!CObj::FromFiller(f) || f.IsError())
+        return 0;
+    int32_t verzija = 0;
+    if (!f.ReadInt32(verzija))
+        return 0;
+    if (verzija != 1) {
+        CTrFiller::SetObjVerErr(f, kSource, verzija);
+        return 0;
+    }
+    return m_Item.FromFiller(f);
+}
+
+void CKombinacijaOpterecenja::UpdateCRC(uint32_t& crc1, uint32_t& /*crc2*/, uint32_t& crc3) const {
+    // Only the combination itself counts, not the base record's attribute word.
+    uint32_t zanemaren1 = 0;
+    uint32_t zanemaren2 = 0;
+    uint32_t zanemaren3 = 0;
+    CObj::UpdateCRC(zanemaren1, zanemaren2, zanemaren3);
+
+    CCrcFiller crc;
+    m_Item.ToFiller(crc);
+    crc1 += crc.GetCRC();
+
+    // A second-order analysis depends on the combination's load cases and coefficients.
+    CBaseManager bm;
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+    bm.Select(CModel::Type);
+    const auto* pModel = dynamic_cast<const CModel*>(bm.GetR(bm.GetFirst()));
+    gfnAssert(pModel != nullptr, "pModel", kSource, __LINE__);
+    if (pModel->GetAnaliza() >= 2)
+        crc3 += m_Item.CRC_BitanZaTeorijuII();
+    bm.Close();
+}
+
+// --- cascades ---
+
+void CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt() {
+    if (bSacuvajKombinacije)
+        return;
+
+    CBaseManager bm;
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+    const int nSlOpt = bm.Count(CSlucajOpterecenja::Type);
+    const int nKomb = bm.Count(Type);
+    // Combination ids by ordinal - 1.
+    CArray<CId> tabela;
+    tabela.SetSize(nKomb);
+    std::unordered_set<CId> zaBrisanje;
+    bm.Select(Type);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+        const CKombOptItem& item = Kombinacija(bm, id)->Item();
+        tabela[item.GetRedniBroj() - 1] = id;
+        for (int i = 0; i < item.GetBrojOsnOpt(); ++i) {
+            double koef = 0.0;
+            CId slOptId;
+            item.GetOsnOptByIndex(i, koef, slOptId);
+            if (!slOptId.Valid())
+                continue;
+            // Any entry counts as a reference, whatever its coefficient.
+            const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(slOptId));
+            if (pSlOpt == nullptr || pSlOpt->DajRedniBroj() > nSlOpt)
+                zaBrisanje.insert(id);
+        }
+    }
+    bm.Close();
+
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
+    bm.FreezeUndoCounter();
+    for (int i = tabela.GetSize() - 1; i >= 0; --i) {
+        if (zaBrisanje.contains(tabela[i]))
+            bm.Delete(tabela[i]);
+    }
+    // The survivors keep their order and close the gaps.
+    std::erase_if(tabela.Vector(), [&](const CId& id) { return zaBrisanje.contains(id); });
+    std::unordered_map<CId, int> noviRedniBroj;
+    for (int i = 0; i < tabela.GetSize(); ++i)
+        noviRedniBroj[tabela[i]] = i + 1;
+    PrenumerisiIPreimenuj(bm, [&](const CId& id, int) {
+        const auto it = noviRedniBroj.find(id);
+        return it != noviRedniBroj.end() ? it->second : 0;
+    });
+    bm.UnfreezeUndoCounter();
+    bm.Close();
+}
+
+int CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId slOpt) {
+    if (bSacuvajKombinacije)
+        return 0;
+
+    CBaseManager bm;
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+    const int nKomb = bm.Count(Type);
+    // The ordinal r at place r - 1, or 0 for a combination that goes.
+    CArray<int> tabela;
+    tabela.SetSize(nKomb);
+    std::vector<CId> zaBrisanje;
+    bm.Select(Type);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+        const CKombOptItem& item = Kombinacija(bm, id)->Item();
+        const int r = item.GetRedniBroj();
+        tabela[r - 1] = r;
+        int i = 0;
+        double koef = 0.0;
+        // Any entry counts as a reference, whatever its coefficient.
+        if (item.GetOsnOptById(i, koef, slOpt)) {
+            zaBrisanje.push_back(id);
+            tabela[r - 1] = 0;
+        }
+    }
+    bm.Close();
+    if (zaBrisanje.empty())
+        return 0;
+
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
+    bm.FreezeUndoCounter();
+    for (const CId& id : zaBrisanje)
+        bm.Delete(id);
+    // The surviving old ordinals in ascending order; each one's new ordinal is its position.
+    std::erase(tabela.Vector(), 0);
+    std::vector<int> noviRedniBroj(static_cast<size_t>(nKomb) + 1, 0);
+    for (int i = 0; i < tabela.GetSize(); ++i)
+        noviRedniBroj[static_cast<size_t>(tabela[i])] = i + 1;
+    PrenumerisiIPreimenuj(bm, [&](const CId&, int r) {
+        return r >= 1 && r <= nKomb ? noviRedniBroj[static_cast<size_t>(r)] : 0;
+    });
+    bm.UnfreezeUndoCounter();
+    bm.Close();
+    return static_cast<int>(zaBrisanje.size());
+}

@@ -1,0 +1,34 @@
+#pragma once
+// CKombinacijaOpterecenja: one load combination of the model as a stored object, and the two
+// cascades that keep combinations consistent when load cases disappear.
+#include "model/KombOptItem.h"
+#include "objbase/BaseManager.h"
+
+/// Record: the base record, int32 version = 1, the item record.
+class CKombinacijaOpterecenja
+    : public CPooledObj<CKombinacijaOpterecenja, CBaseManager::KombinacijaOpterecenjaType> {
+public:
+    CKombinacijaOpterecenja() = default;
+    /// Only for the object that the pool has just given out (MakeNew).
+    CKombinacijaOpterecenja(const CKombinacijaOpterecenja& src);
+    CKombinacijaOpterecenja& operator=(const CKombinacijaOpterecenja& src);
+
+    CKombOptItem& Item() { return m_Item; }
+    const CKombOptItem& Item() const { return m_Item; }
+    uint32_t GetCRCBitanZaTeorijuII() const { return m_Item.CRC_BitanZaTeorijuII(); }
+
+    int ToFiller(CFiller& f) const override;
+    int FromFiller(CFiller& f) override;
+    void UpdateCRC(uint32_t& crc1, uint32_t& crc2, uint32_t& crc3) const override;
+
+    /// While non-zero, neither cascade changes anything.
+    static inline int bSacuvajKombinacije = 0;
+    /// Deletes combinations that refer to missing load cases and renumbers the rest 1..M.
+    static void BrisiKombOptKojeSadrzeNepostojeciSlOpt();
+    /// Deletes every combination that contains the load case, renumbers the rest; returns
+    /// how many were deleted.
+    static int BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId slOpt);
+
+private:
+    CKombOptItem m_Item;
+};

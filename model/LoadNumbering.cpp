@@ -1,0 +1,152 @@
+// The common scale of loads and the factor vectors over it.
+//
+// A load with zero-based number i is load case i+1 when i < nSlOpt, combination i-nSlOpt+1
+// after that, and an envelope beyond the combinations. The vectors are rebuilt from the store
+// on every call; nothing is cached between calls.
+#include "model/LoadNumbering.h"
+
+#include "diag/Assert.h"
+#include "framework/Exceptions.h"
+#include "model/KombinacijaOpterecenja.h"
+#include "model/ModelGlobals.h"
+#include "model/SlucajOpterecenja.h"
+#include "objbase/BaseManager.h"
+#include "toler/Toler.h"
+
+#include <map>
+#include <vector>
+
+namespace LoadNumbering {
+namespace {
+
+const CKombinacijaOpterecenja* KombinacijaOf(const CBaseManager& bm, const CId& id) {
+    const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
+    VASSERT(pKombOpt);
+    return pKombOpt;
+}
+
+/// The ordinal of the load case a combination member names.
+int RedniBrojClana(const CBaseManager& bm, const CId& id) {
+    const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(id));
+    VASSERT(pSlOpt);
+    return pSlOpt->DajRedniBroj();
+}
+
+/// A vector of length n for zero-based number i: a unit vector at i when i < n; otherwise the
+/// coefficients of the combination whose own ordinal is i - nSlOpt + 1 at the places of its
+/// load cases, and zeros for anything else.
+void Faktori(int i, CArray<double>& f, int n, int nSlOpt) {
+    f.SetSize(n);
+    for (double& v : f)
+        v = 0.0;
+    if (i < n) {
+        f[i] = 1.0;
+        return;
+    }
+    CBaseManager bm;
+    bm.Open(CBaseManager::Read);
+    bm.Select(CBaseManager::KombinacijaOpterecenjaType);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+        const CKombOptItem& item = KombinacijaOf(bm, id)->Item();
+        if (item.GetRedniBroj() - 1 != i - nSlOpt)
+            continue;
+        for (int m = 0; m < item.GetBrojOsnOpt(); ++m) {
+            double koef = 0.0;
+            CId slOptId;
+            item.GetOsnOptByIndex(m, koef, slOptId);
+            f[RedniBrojClana(bm, slOptId) - 1] = koef;
+        }
+    }
+    bm.Close();
+}
+
+/// Replaces the unit's factors by the non-zero entries of a vector, as a linear unit.
+template <class Entries> void PostaviUnit(const Entries& entries, CLoadCaseUnit& unit) {
+    OCArray<CLoadCaseFactor> factors;
+    for (const auto& [index, value] : entries)
+        if (CToler::Razliciti(value, 0.0))
+            factors.Add(CLoadCaseFactor(index + 1, value));
+    unit.Set(factors, LCU_LINEARNA);
+}
+
+int DuzinaZaIspis(const Counts& c) {
+    return CModelGlobals::nTeorija == 1 ? c.nSlOpt : c.nSlOpt + c.nKomb;
+}
+
+} // namespace
+
+Counts Count() {
+    CBaseManager bm;
+    Counts c;
+    c.nSlOpt = bm.Count(CBaseManager::SlucajOpterecenjaType);
+    c.nKomb = bm.Count(CBaseManager::KombinacijaOpterecenjaType);
+    c.nAnv = bm.Count(CBaseManager::AnvelopaOpterecenjaType);
+    return c;
+}
+
+void FaktoriZaProracun(int zerobased, CArray<double>& f) {
+    const Counts c = Count();
+    Faktori(zerobased, f, c.nSlOpt, c.nSlOpt);
+}
+
+void FaktoriZaIspis(int zerobased, CArray<double>& f) {
+    const Counts c = Count();
+    Faktori(zerobased, f, DuzinaZaIspis(c), c.nSlOpt);
+}
+
+void ZerobasedToLoadCaseUnit(int zerobased, CLoadCaseUnit& unit) {
+    CArray<double> f;
+    FaktoriZaIspis(zerobased, f);
+    std::vector<std::pair<int, double>> entries;
+    for (int m = 0; m < f.GetSize(); ++m)
+        entries.emplace_back(m, f[m]);
+    PostaviUnit(entries, unit);
+}
+
+void SviZerobasedLoadCaseUnits(OCArray<CLoadCaseUnit>& units) {
+    const Counts c = Count();
+    const int n = DuzinaZaIspis(c);
+    const int total = c.nSlOpt + c.nKomb;
+    units.RemoveAll();
+    units.SetSize(total);
+
+    CBaseManager bm;
+    bm.Open(CBaseManager::Read);
+    // The combinations that a number beyond the printing vector stands for, by their own
+    // ordinal, in store order; each is read once.
+    std::vector<std::vector<const CKombOptItem*>> poRednomBroju;
+    if (n < total) {
+        poRednomBroju.resize(static_cast<size_t>(c.nKomb) + 1);
+        bm.Select(CBaseManager::KombinacijaOpterecenjaType);
+        for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+            const CKombOptItem& item = KombinacijaOf(bm, id)->Item();
+            if (item.GetRedniBroj() >= 1 && item.GetRedniBroj() <= c.nKomb)
+                poRednomBroju[static_cast<size_t>(item.GetRedniBroj())].push_back(&item);
+        }
+    }
+
+    for (int z = 0; z < total; ++z) {
+        // The non-zero entries of the printing vector of z, by index; a later member of the
+        // same load case overwrites an earlier one, as in the vector.
+        std::map<int, double> entries;
+        if (z < n) {
+            entries[z] = 1.0;
+        } else {
+            for (const CKombOptItem* item : poRednomBroju[static_cast<size_t>(z - c.nSlOpt + 1)]) {
+                for (int m = 0; m < item->GetBrojOsnOpt(); ++m) {
+                    double koef = 0.0;
+                    CId slOptId;
+                    item->GetOsnOptByIndex(m, koef, slOptId);
+                    const int k = RedniBrojClana(bm, slOptId);
+                    if (k < 1 || k > n)
+                        throw CInvalidArgException("array index out of range");
+                    entries[k - 1] = koef;
+                }
+            }
+        }
+        PostaviUnit(entries, units[z]);
+    }
+    bm.Close();
+}
+
+} // namespace LoadNumbering

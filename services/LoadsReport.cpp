@@ -1,0 +1,216 @@
+// The loads of the current document as tables for a host: load cases with their flags and
+// combination rules, combinations with their coefficients, envelopes, the global scale and
+// the checksums by which results are invalidated.
+#include "host/LoadsServices.h"
+#include "host/Model.h"
+#include "model/AnvelopaOpterecenja.h"
+#include "model/KombinacijaOpterecenja.h"
+#include "model/SlucajOpterecenja.h"
+#include "objbase/BaseManager.h"
+#include "services/ModuleServices.h"
+#include "services/Opterecenje.h"
+#include "text/Translator.h"
+#include "toler/Toler.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <vector>
+
+namespace opterecenje {
+
+namespace {
+
+CString T(const wchar_t* tekst) {
+    return ClTranslator::Translate(tekst);
+}
+
+CString Broj(int n) {
+    return CString::Formatted(L"%d", n);
+}
+
+CString Da(int flag) {
+    return flag != 0 ? T(L"da") : CString();
+}
+
+CString Koeficijent(double k) {
+    return gfnFormatDouble(k, 2, 0);
+}
+
+/// The objects of one type in store order, read from an open view.
+template <class Zapis> std::vector<const Zapis*> Procitaj(CBaseManager& bm, int tip) {
+    std::vector<const Zapis*> objekti;
+    bm.Select(tip);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext())
+        if (const auto* p = dynamic_cast<const Zapis*>(bm.GetR(id)))
+            objekti.push_back(p);
+    return objekti;
+}
+
+/// A list of load case ids as the ordinals of those cases ("?" for an id of no load case).
+CString RedniBrojevi(const OCArray<CId>& ids, const std::map<int32_t, int>& rbPoId) {
+    CArray<int> rb;
+    bool bNepoznat = false;
+    for (const CId& id : ids) {
+        auto it = rbPoId.find(id.GetValue());
+        if (it == rbPoId.end())
+            bNepoznat = true;
+        else
+            rb.Add(it->second);
+    }
+    CString tekst = ClTranslator::IntArray2String(rb);
+    if (bNepoznat)
+        tekst += tekst.IsEmpty() ? L"?" : L",?";
+    return tekst;
+}
+
+CLoadsReport::Table TabelaSlucajeva(const std::vector<const CSlucajOpterecenja*>& slucajevi,
+                                    const std::map<int32_t, int>& rbPoId) {
+    CLoadsReport::Table t;
+    t.title = T(L"Slucajevi opterecenja");
+    t.header = {T(L"Rb"),
+                T(L"Naziv"),
+                T(L"g"),
+                T(L"Koef."),
+                T(L"Stalno"),
+                T(L"Alternativno"),
+                T(L"Seizmicki"),
+                T(L"NDA"),
+                T(L"SRSS"),
+                T(L"Uticajna linija"),
+                T(L"Ne kombinuj sa"),
+                T(L"Uvek kombinuj sa")};
+    for (const CSlucajOpterecenja* p : slucajevi) {
+        const CString srss = p->JeliSRSS()
+                                 ? COpterecenjeApp::LoadCaseUnitToString(*p->DajLCUnitZaSRSS(), 0)
+                                 : CString();
+        const CString uticaj =
+            p->IsUticajnaLinija() ? Broj(p->GetUticajUticajneLinije()) : CString();
+        t.rows.push_back({Broj(p->DajRedniBroj()), p->GetNaziv(0),
+                          p->GetgMarker() != 0 ? Broj(p->GetgMarker()) : CString(),
+                          Koeficijent(p->GetKoeficijent()), Da(p->GetStalno()),
+                          Da(p->GetAlternativno()), Da(p->IsSeizmicki()), Da(p->JeLiNDA()), srss,
+                          uticaj, RedniBrojevi(p->GetNeKombinujSa(), rbPoId),
+                          RedniBrojevi(p->GetUvekKombinujSa(), rbPoId)});
+    }
+    return t;
+}
+
+CLoadsReport::Table
+TabelaKombinacija(const std::vector<const CKombinacijaOpterecenja*>& kombinacije, int nSlOpt,
+                  const std::map<int32_t, int>& rbPoId) {
+    CLoadsReport::Table t;
+    t.title = T(L"Kombinacije opterecenja");
+    t.header = {T(L"Rb"), T(L"Naziv"), T(L"Generisan")};
+    for (int k = 1; k <= nSlOpt; ++k)
+        t.header.push_back(CRomanNumber::GetRomanValue(k));
+    for (const CKombinacijaOpterecenja* p : kombinacije) {
+        const CKombOptItem& item = p->Item();
+        std::vector<CString> red = {Broj(item.GetRedniBroj()), item.GetNaziv(),
+                                    Da(item.IsGenericName())};
+        std::vector<double> koef(static_cast<size_t>(nSlOpt), 0.0);
+        for (int i = 0; i < item.GetBrojOsnOpt(); ++i) {
+            double k = 0.0;
+            CId id;
+            item.GetOsnOptByIndex(i, k, id);
+            auto it = rbPoId.find(id.GetValue());
+            if (it != rbPoId.end() && it->second >= 1 && it->second <= nSlOpt)
+                koef[static_cast<size_t>(it->second - 1)] += k;
+        }
+        for (double k : koef)
+            red.push_back(CToler::Jednaki(k, 0.0) ? CString() : Koeficijent(k));
+        t.rows.push_back(std::move(red));
+    }
+    return t;
+}
+
+CLoadsReport::Table TabelaAnvelopa(const std::vector<const CAnvelopaOpterecenja*>& anvelope) {
+    CLoadsReport::Table t;
+    t.title = T(L"Anvelope");
+    t.header = {T(L"Broj"), T(L"Naziv"), T(L"Izbor"), T(L"Mod")};
+    for (const CAnvelopaOpterecenja* p : anvelope)
+        t.rows.push_back({Broj(p->GetBroj()), p->GetNaziv(), p->GetIzbor(), Broj(p->GetMod())});
+    return t;
+}
+
+CLoadsReport::Table TabelaSkale(const std::vector<const CSlucajOpterecenja*>& slucajevi,
+                                const std::vector<const CKombinacijaOpterecenja*>& kombinacije,
+                                const std::vector<const CAnvelopaOpterecenja*>& anvelope) {
+    CLoadsReport::Table t;
+    t.title = T(L"Globalna skala opterecenja");
+    t.header = {T(L"Vrsta"), T(L"Sopstveni broj"), T(L"Naziv"), T(L"Od nule"), T(L"Redni broj")};
+    const int nSlOpt = static_cast<int>(slucajevi.size());
+    const int nKomb = static_cast<int>(kombinacije.size());
+    auto red = [&t](const wchar_t* vrsta, int sopstveni, const CString& naziv, int redniBroj) {
+        t.rows.push_back({T(vrsta), Broj(sopstveni), naziv, Broj(redniBroj - 1), Broj(redniBroj)});
+    };
+    for (const CSlucajOpterecenja* p : slucajevi)
+        red(L"slucaj", p->DajRedniBroj(), p->GetNaziv(0), p->DajRedniBroj());
+    for (const CKombinacijaOpterecenja* p : kombinacije)
+        red(L"kombinacija", p->Item().GetRedniBroj(), p->Item().GetNaziv(),
+            nSlOpt + p->Item().GetRedniBroj());
+    for (const CAnvelopaOpterecenja* p : anvelope)
+        red(L"anvelopa", p->GetBroj(), p->GetNaziv(), nSlOpt + nKomb + p->GetBroj());
+    return t;
+}
+
+CString Hex(uint32_t crc) {
+    return CString::Formatted(L"%08X", crc);
+}
+
+} // namespace
+
+void Izvestaj(CLoadsReport& report) {
+    report.tables.clear();
+
+    CBaseManager bm;
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+    auto slucajevi = Procitaj<CSlucajOpterecenja>(bm, CBaseManager::SlucajOpterecenjaType);
+    auto kombinacije =
+        Procitaj<CKombinacijaOpterecenja>(bm, CBaseManager::KombinacijaOpterecenjaType);
+    auto anvelope = Procitaj<CAnvelopaOpterecenja>(bm, CBaseManager::AnvelopaOpterecenjaType);
+    const bool bImaModel = bm.Count(CBaseManager::ModelType) != 0;
+
+    // In the order of the global scale; the store order breaks ties.
+    std::stable_sort(slucajevi.begin(), slucajevi.end(),
+                     [](auto* a, auto* b) { return a->DajRedniBroj() < b->DajRedniBroj(); });
+    std::stable_sort(kombinacije.begin(), kombinacije.end(), [](auto* a, auto* b) {
+        return a->Item().GetRedniBroj() < b->Item().GetRedniBroj();
+    });
+    std::stable_sort(anvelope.begin(), anvelope.end(),
+                     [](auto* a, auto* b) { return a->GetBroj() < b->GetBroj(); });
+
+    std::map<int32_t, int> rbPoId;
+    for (const CSlucajOpterecenja* p : slucajevi)
+        rbPoId.emplace(p->GetId().GetValue(), p->DajRedniBroj());
+
+    report.tables.push_back(TabelaSlucajeva(slucajevi, rbPoId));
+    report.tables.push_back(
+        TabelaKombinacija(kombinacije, static_cast<int>(slucajevi.size()), rbPoId));
+    report.tables.push_back(TabelaAnvelopa(anvelope));
+    report.tables.push_back(TabelaSkale(slucajevi, kombinacije, anvelope));
+
+    // Checksums: the sums of the records' checksums. A combination's checksum reads the
+    // model object, so without one the combinations are left out.
+    uint32_t crc1 = 0, crc2 = 0, crc3 = 0;
+    for (const CSlucajOpterecenja* p : slucajevi)
+        p->UpdateCRC(crc1, crc2, crc3);
+    if (bImaModel)
+        for (const CKombinacijaOpterecenja* p : kombinacije)
+            p->UpdateCRC(crc1, crc2, crc3);
+    for (const CAnvelopaOpterecenja* p : anvelope)
+        p->UpdateCRC(crc1, crc2, crc3);
+    bm.Close();
+
+    CLoadsReport::Table t;
+    t.title = T(L"Kontrolne sume");
+    t.header = {T(L"Suma"), T(L"Vrednost")};
+    t.rows.push_back({T(L"crc1 (rezultati)"), Hex(crc1)});
+    t.rows.push_back({T(L"crc3 (teorija II reda)"), Hex(crc3)});
+    t.rows.push_back({T(L"SRSS slucajevi"), Hex(CSlucajOpterecenja::GetCRCsvihSRSSopt())});
+    if (!bImaModel && !kombinacije.empty())
+        t.rows.push_back({T(L"Napomena"), T(L"bez objekta modela kombinacije nisu uracunate")});
+    report.tables.push_back(std::move(t));
+}
+
+} // namespace opterecenje

@@ -1,0 +1,98 @@
+// The tables `show` builds from the module's services: factor vectors row by row, the ranges
+// of the global scale, and the selector in both modes with what was announced.
+#include "ModelReport.h"
+#include "host/LoadsServices.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace {
+
+/// Two load cases and one combination (2.0 x I - 0.5 x II); loads beyond are all zeros.
+void Faktori(int i, CArray<double>& f) {
+    f.SetSize(2);
+    f[0] = i == 0 ? 1.0 : i == 2 ? 2.0 : 0.0;
+    f[1] = i == 1 ? 1.0 : i == 2 ? -0.5 : 0.0;
+}
+
+int g_nSelected = 0;
+
+/// Fills the selector as a module would: the mode decides the texts.
+void UpdateCombo(int n) {
+    CMainFrame* frame = CMainFrame::Get();
+    frame->Combo().ResetContent();
+    frame->Combo().AddString(frame->IsResultsMode() ? L"1. Stalno" : L"0. Totalno");
+    frame->Combo().AddString(frame->IsResultsMode() ? L"2. Vetar" : L"1. Stalno");
+    frame->Combo().SetCurSel(n == -1 ? g_nSelected : n);
+    if (!frame->IsResultsMode())
+        frame->Pane0Event_SlucajOpterecenja(L"Opterecenje 1: Stalno", CId(4), 0);
+}
+
+} // namespace
+
+TEST(ModelReport, FactorsAreFormattedCompactlyAndRowsCoverEveryLoad) {
+    EXPECT_EQ(FormatFactor(0.0), "0");
+    EXPECT_EQ(FormatFactor(-0.0), "0");
+    EXPECT_EQ(FormatFactor(1.0), "1.00");
+    EXPECT_EQ(FormatFactor(-1.0), "-1.00");
+    EXPECT_EQ(FormatFactor(1.35), "1.35");
+    EXPECT_EQ(FormatFactor(0.675), "0.675");
+    EXPECT_EQ(FormatFactor(1.0 / 3.0), "0.333333");
+
+    const CLoadCounts counts{2, 1, 1};
+    const CTextTable table = FactorTable("F", counts, &Faktori);
+    EXPECT_EQ(table.header, (std::vector<std::string>{"No.", "Load", "1", "2"}));
+    ASSERT_EQ(table.rows.size(), 4u);
+    EXPECT_EQ(table.rows[0], (std::vector<std::string>{"1", "case 1", "1.00", "0"}));
+    EXPECT_EQ(table.rows[2], (std::vector<std::string>{"3", "combination 1", "2.00", "-0.50"}));
+    EXPECT_EQ(table.rows[3], (std::vector<std::string>{"4", "envelope 1", "0", "0"}));
+
+    EXPECT_TRUE(FactorTable("F", CLoadCounts{}, &Faktori).rows.empty());
+}
+
+TEST(ModelReport, ScaleRangesFollowTheCounts) {
+    CLoadsServices::UkupanBrojSloptOKombinacija = [] { return 5; };
+    const CTextTable table = ScaleTable(CLoadCounts{3, 2, 0});
+    const CTextTable single = ScaleTable(CLoadCounts{1, 0, 1});
+    CLoadsServices::Reset();
+    ASSERT_EQ(table.rows.size(), 4u);
+    EXPECT_EQ(table.rows[0], (std::vector<std::string>{"load cases", "3", "1..3", "0..2"}));
+    EXPECT_EQ(table.rows[1], (std::vector<std::string>{"combinations", "2", "4..5", "3..4"}));
+    EXPECT_EQ(table.rows[2], (std::vector<std::string>{"envelopes", "0", "-", "-"}));
+    EXPECT_EQ(table.rows[3][1], "5");
+    EXPECT_EQ(single.rows[2], (std::vector<std::string>{"envelopes", "1", "2", "1"}));
+}
+
+TEST(ModelReport, SelectorIsFilledInTheRequestedModeWithItsAnnouncements) {
+    CHeadlessFrame frame;
+    CFrameInstallation installation(frame);
+    CMainFrame::UpdateCombo = &UpdateCombo;
+
+    std::ostringstream input;
+    g_nSelected = 1;
+    PrintSelector(input, frame, false);
+    EXPECT_FALSE(frame.IsResultsMode());
+    EXPECT_EQ(input.str(), "Load selector, input mode\n"
+                           "=========================\n"
+                           "   Pos  Text\n"
+                           "-  ---  ----------\n"
+                           "     0  0. Totalno\n"
+                           ">    1  1. Stalno\n"
+                           "\n"
+                           "Status pane: Opterecenje 1: Stalno\n"
+                           "\n");
+    int number = -1;
+    EXPECT_EQ(frame.GetCurrentSloptId(number), CId(4));
+    EXPECT_EQ(number, 1);
+
+    // The announcements of the earlier mode are not shown again.
+    std::ostringstream results;
+    g_nSelected = 0;
+    PrintSelector(results, frame, true);
+    EXPECT_TRUE(frame.IsResultsMode());
+    EXPECT_NE(results.str().find(">    0  1. Stalno\n     1  2. Vetar\n"), std::string::npos)
+        << results.str();
+    EXPECT_NE(results.str().find("Status pane: (nothing announced)\n"), std::string::npos);
+    CMainFrame::UpdateCombo = nullptr;
+}

@@ -1,0 +1,215 @@
+// Generated combination names: the plain rule over the item's own entries and the paired rule
+// for SRSS units whose linked entries the application's hook names.
+#include "ModelFixture.h"
+#include "model/KombOptItem.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+/// What the pairing hook is told and what it answers.
+struct HookState {
+    std::vector<int> first;
+    std::vector<int> second;
+    int calls = 0;
+    CId lastId;
+    const CLoadCaseUnit* lastUnit = nullptr;
+};
+HookState g_hook;
+
+void TestHook(const CId& id, const CLoadCaseUnit* unit, CArray<int, int>& first,
+              CArray<int, int>& second) {
+    ++g_hook.calls;
+    g_hook.lastId = id;
+    g_hook.lastUnit = unit;
+    for (const int v : g_hook.first)
+        first.Add(v);
+    for (const int v : g_hook.second)
+        second.Add(v);
+}
+
+CLoadCaseUnit Unit(std::initializer_list<std::pair<int, double>> factors) {
+    CLoadCaseUnit unit;
+    for (const auto& [ordinal, f] : factors)
+        unit.Factors().Add(CLoadCaseFactor(ordinal, f));
+    return unit;
+}
+
+class KombOptItemNameTest : public ModelTest {
+protected:
+    void SetUp() override {
+        ModelTest::SetUp();
+        g_hook = HookState();
+        // Stored in another order than their ordinals: names follow the ordinals.
+        m_lc[3] = AddLoadCase(L"W", 3);
+        m_lc[1] = AddLoadCase(L"G", 1);
+        m_lc[2] = AddLoadCase(L"P", 2);
+        m_lc[4] = AddLoadCase(L"S", 4);
+        m_lc[12] = AddLoadCase(L"T", 12);
+    }
+    void TearDown() override {
+        CKombOptItem::fnVratiParovePovezanih = nullptr;
+        ModelTest::TearDown();
+    }
+    CString Name(std::initializer_list<std::pair<int, double>> entries,
+                 const CLoadCaseUnit* unit = nullptr, int bKorijen = 0) {
+        CKombOptItem item;
+        for (const auto& [ordinal, koef] : entries)
+            item.DodajOsnOpt(koef, m_lc[ordinal]);
+        item.SetGenericName(unit, bKorijen);
+        EXPECT_EQ(item.IsGenericName(), 1);
+        return item.GetNaziv();
+    }
+    CId m_lc[13];
+};
+
+} // namespace
+
+TEST_F(KombOptItemNameTest, PlainNameListsTermsByAscendingOrdinalWithSignedCoefficients) {
+    EXPECT_EQ(Name({{1, 1.35}, {3, 1.5}}), L"1.35xI+1.50xIII");
+    EXPECT_EQ(Name({{3, 1.0}, {1, 1.5}}), L"1.50xI+III");
+    EXPECT_EQ(Name({{1, 1.0}, {2, -1.5}}), L"I-1.50xII");
+    EXPECT_EQ(Name({{2, -1.0}, {3, 1.0}}), L"-1.00xII+III");
+    EXPECT_EQ(Name({{4, 0.8}, {2, 1.0}}), L"II+0.80xIV");
+    EXPECT_EQ(Name({{12, 1.0}, {4, 1.0}, {2, 1.0 + 1e-12}}), L"II+IV+XII");
+    // A zero coefficient neither takes part nor decides which term comes first.
+    EXPECT_EQ(Name({{1, 1e-12}, {2, 1.5}, {3, 1.0}}), L"1.50xII+III");
+    // A later entry of the same load case replaces the earlier term.
+    EXPECT_EQ(Name({{1, 1.5}, {2, 1.0}, {1, 2.0}}), L"2.00xI+II");
+    EXPECT_EQ(Name({{1, 0.0}, {2, 0.0}}), L"");
+    EXPECT_EQ(Name({}), L"");
+}
+
+TEST_F(KombOptItemNameTest, PlainNameSkipsEntriesWithoutIdAndUserNameClearsFlag) {
+    CKombOptItem item;
+    item.DodajOsnOpt(5.0, CId());
+    item.DodajOsnOpt(1.0, m_lc[2]);
+    item.SetGenericName(nullptr, 1);
+    EXPECT_EQ(item.GetNaziv(), L"II");
+    EXPECT_EQ(item.IsGenericName(), 1);
+    const CKombOptItem copy = item;
+    EXPECT_EQ(copy.IsGenericName(), 1);
+    item.SetNaziv(L"Korisnik");
+    EXPECT_EQ(item.IsGenericName(), 0);
+    EXPECT_EQ(item.GetNaziv(), L"Korisnik");
+}
+
+TEST_F(KombOptItemNameTest, PlainNameOfAMissingLoadCaseAssertsEvenWithZeroCoefficient) {
+    CKombOptItem item;
+    item.DodajOsnOpt(1.0, m_lc[1]);
+    item.DodajOsnOpt(0.0, CId(900));
+    EXPECT_EXIT(item.SetGenericName(nullptr, 0), ::testing::ExitedWithCode(0),
+                "ASSERT\\(pSlOpt\\)");
+    EXPECT_NE(ErrorLog().find("ASSERT(pSlOpt)\nFILE: KombOptItem\n"), std::string::npos);
+}
+
+TEST_F(KombOptItemNameTest, RootsOnlyWhenTheHookWasAskedAndGaveNoPairs) {
+    const CLoadCaseUnit unit = Unit({{1, 2.25}, {2, 4.0}});
+    EXPECT_EQ(Name({{1, 2.25}, {2, 4.0}}, &unit, 1), L"2.25xI+4.00xII"); // no hook set
+
+    CKombOptItem::fnVratiParovePovezanih = &TestHook;
+    EXPECT_EQ(Name({{1, 2.25}, {2, 4.0}}, &unit, 1), L"1.50xI+2.00xII");
+    EXPECT_EQ(g_hook.calls, 1);
+    EXPECT_EQ(g_hook.lastUnit, &unit);
+    EXPECT_FALSE(g_hook.lastId.Valid());
+    EXPECT_EQ(Name({{1, 2.25}, {2, -4.0}}, &unit, 0), L"2.25xI-4.00xII");
+    // A coefficient of 1 stays a bare numeral; others are their roots.
+    EXPECT_EQ(Name({{1, 1.0}, {3, 0.25}}, &unit, 1), L"I+0.50xIII");
+    // Without a unit and without an id the hook is not asked.
+    EXPECT_EQ(Name({{1, 2.25}}, nullptr, 1), L"2.25xI");
+    EXPECT_EQ(g_hook.calls, 3);
+}
+
+TEST_F(KombOptItemNameTest, PairedNameWritesMaxTermsAndSkipsTheEntryAfterEachPair) {
+    CKombOptItem::fnVratiParovePovezanih = &TestHook;
+    CKombOptItem item;
+    item.DodajOsnOpt(1.0, m_lc[1]); // the paired rule names the unit, not these entries
+    auto named = [&](const CLoadCaseUnit& unit, std::vector<int> first, std::vector<int> second,
+                     int bKorijen = 0) {
+        g_hook.first = std::move(first);
+        g_hook.second = std::move(second);
+        item.SetGenericName(&unit, bKorijen);
+        EXPECT_EQ(item.IsGenericName(), 1);
+        return item.GetNaziv();
+    };
+    const CLoadCaseUnit threeOnes = Unit({{1, 1.0}, {2, 1.0}, {3, 1.0}});
+    EXPECT_EQ(named(Unit({{1, 1.0}, {2, 0.5}, {3, 1.0}}), {0}, {1}), L"MAX(I,0.50xII)+III");
+    // The entry after a pair is skipped whoever the partner is.
+    EXPECT_EQ(named(threeOnes, {0}, {2}), L"MAX(I,III)+III");
+    EXPECT_EQ(named(Unit({{1, 1.0}, {2, 1.0}, {3, 1.0}, {4, 1.0}}), {2}, {3}), L"I+II+MAX(III,IV)");
+    // Coefficients other than 1 are written without a sign and without a "+" before them.
+    EXPECT_EQ(named(Unit({{1, 1.0}, {2, 0.5}, {3, 2.0}}), {0}, {1}), L"MAX(I,0.50xII)2.00xIII");
+    EXPECT_EQ(named(Unit({{1, 4.0}, {2, 0.25}, {3, 9.0}}), {0}, {1}, 1),
+              L"MAX(2.00xI,0.50xII)3.00xIII");
+    EXPECT_EQ(named(Unit({{2, 1.0}, {5, 1.0}, {4, 1.0}, {1, 1.0}}), {0, 2}, {1, 3}),
+              L"MAX(II,V)+MAX(IV,I)");
+
+    // Every first index needs its second.
+    g_hook.first = {0, 1};
+    g_hook.second = {1};
+    EXPECT_THROW(item.SetGenericName(&threeOnes, 0), CInvalidArgException);
+}
+
+TEST_F(KombOptItemNameTest, ItemOfAnSrssLoadCaseIsNamedFromThatCasesUnit) {
+    auto* srss = new CSlucajOpterecenja;
+    srss->SetNaziv(L"SRSS");
+    srss->PostaviRedniBroj(5);
+    srss->PostaviSRSS(Unit({{1, 1.0}, {2, 1.0}, {3, 1.0}}));
+    const CId srssId = Insert(srss);
+
+    CKombOptItem item;
+    item.SetId(srssId);
+    item.DodajOsnOpt(1.0, m_lc[4]);
+    // Without the hook the item's own entries name it.
+    item.SetGenericName(nullptr, 0);
+    EXPECT_EQ(item.GetNaziv(), L"IV");
+
+    CKombOptItem::fnVratiParovePovezanih = &TestHook;
+    g_hook.first = {1};
+    g_hook.second = {2};
+    const CLoadCaseUnit other = Unit({{4, 1.0}});
+    item.SetGenericName(&other, 0); // the case's own unit wins over the one passed
+    EXPECT_EQ(item.GetNaziv(), L"I+MAX(II,III)");
+    EXPECT_EQ(g_hook.lastId, srssId);
+    EXPECT_EQ(g_hook.lastUnit, nullptr);
+
+    // An id that is not an SRSS load case leaves the hook alone.
+    item.SetId(m_lc[2]);
+    const int calls = g_hook.calls;
+    item.SetGenericName(nullptr, 0);
+    EXPECT_EQ(item.GetNaziv(), L"IV");
+    EXPECT_EQ(g_hook.calls, calls);
+}
+
+TEST_F(KombOptItemNameTest, TableOfOrdinalsNamesLikeTheStore) {
+    CRedniBrojeviSlOpt ordinals;
+    for (const int r : {12, 3, 1, 4, 2})
+        ordinals.Postavi(m_lc[r], r);
+    CKombOptItem item;
+    item.DodajOsnOpt(1.5, m_lc[12]);
+    item.DodajOsnOpt(1.0, m_lc[2]);
+    item.DodajOsnOpt(0.0, m_lc[3]);
+    item.DodajOsnOpt(-0.7, m_lc[4]);
+    CKombOptItem fromStore = item;
+    fromStore.SetGenericName(nullptr, 0);
+    item.SetGenericNamePoRednimBrojevima(ordinals);
+    EXPECT_EQ(item.GetNaziv(), fromStore.GetNaziv());
+    EXPECT_EQ(item.GetNaziv(), L"II-0.70xIV+1.50xXII");
+    EXPECT_EQ(item.IsGenericName(), 1);
+
+    int r = 0;
+    EXPECT_TRUE(ordinals.Nadji(m_lc[12], r));
+    EXPECT_EQ(r, 12);
+    EXPECT_FALSE(ordinals.Nadji(CId(m_lc[12].GetValue() + 1), r));
+    EXPECT_FALSE(ordinals.Nadji(CId(0), r));
+    EXPECT_FALSE(ordinals.Nadji(CId(), r));
+
+    CRedniBrojeviSlOpt withoutW;
+    for (const int k : {1, 2, 4, 12})
+        withoutW.Postavi(m_lc[k], k);
+    EXPECT_FALSE(withoutW.Nadji(m_lc[3], r));
+    EXPECT_EXIT(item.SetGenericNamePoRednimBrojevima(withoutW), ::testing::ExitedWithCode(0),
+                "ASSERT\\(pSlOpt\\)");
+}

@@ -1,0 +1,107 @@
+#pragma once
+// A fresh document with the host's and the loads module's classes registered, the error log
+// pointed at a temporary directory, and helpers that put load cases, combinations and
+// envelopes into the store.
+#include "diag/Assert.h"
+#include "host/Model.h"
+#include "model/AnvelopaOpterecenja.h"
+#include "model/KombinacijaOpterecenja.h"
+#include "model/ModelRegistration.h"
+#include "model/SlucajOpterecenja.h"
+#include "objbase/BaseManager.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <utility>
+
+class ModelTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        RegisterHostClasses();
+        RegisterLoadClasses();
+        m_tmp = std::filesystem::temp_directory_path() /
+                ("vorta-test-" + std::to_string(::getpid()) + "-" +
+                 ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        std::filesystem::create_directories(m_tmp);
+        vdiag::SetLogRoot(m_tmp.string() + "/");
+        if (const char* old = std::getenv("TMP"))
+            m_oldTmp = old;
+        m_hadTmp = std::getenv("TMP") != nullptr;
+        ::setenv("TMP", m_tmp.c_str(), 1);
+        m_base = std::make_unique<CObjBase>();
+        CObjBase::SetCurrent(m_base.get());
+    }
+    void TearDown() override {
+        if (m_hadTmp)
+            ::setenv("TMP", m_oldTmp.c_str(), 1);
+        else
+            ::unsetenv("TMP");
+        CObjBase::SetCurrent(nullptr);
+        m_base.reset();
+        std::error_code ec;
+        std::filesystem::remove_all(m_tmp, ec);
+    }
+
+    /// The text of the error log that a death test left in the temporary directory.
+    std::string ErrorLog() const;
+
+    /// Stores a load case with the given name and ordinal; returns its id.
+    CId AddLoadCase(const CString& naziv, int ordinal) {
+        auto* p = new CSlucajOpterecenja;
+        p->SetNaziv(naziv);
+        p->PostaviRedniBroj(ordinal);
+        return Insert(p);
+    }
+    /// Stores a combination with the given ordinal and (load case id, coefficient) entries.
+    CId AddCombination(int ordinal, std::initializer_list<std::pair<CId, double>> entries,
+                       const CString& naziv = CString()) {
+        auto* p = new CKombinacijaOpterecenja;
+        p->Item().SetRedniBroj(ordinal);
+        for (const auto& [id, koef] : entries)
+            p->Item().DodajOsnOpt(koef, id);
+        if (!naziv.empty())
+            p->Item().SetNaziv(naziv);
+        return Insert(p);
+    }
+    CId AddEnvelope(int broj, const CString& izbor, const CString& naziv = CString(), int mod = 0) {
+        auto* p = new CAnvelopaOpterecenja;
+        p->SetBroj(broj);
+        p->SetIzbor(izbor);
+        p->SetNaziv(naziv);
+        p->SetMod(mod);
+        return Insert(p);
+    }
+    CId Insert(CObj* obj) {
+        CBaseManager bm;
+        bm.Open(CBaseManager::Write);
+        CId id = bm.Insert(obj);
+        bm.Close();
+        return id;
+    }
+    template <class T> const T* Get(const CId& id) const {
+        return dynamic_cast<const T*>(m_base->Find(id));
+    }
+
+    std::filesystem::path m_tmp;
+    std::unique_ptr<CObjBase> m_base;
+    std::string m_oldTmp;
+    bool m_hadTmp = false;
+};
+
+inline std::string ModelTest::ErrorLog() const {
+    std::string text;
+    if (FILE* f = std::fopen((m_tmp / "vmerror.log").c_str(), "r")) {
+        char buf[4096];
+        size_t n;
+        while ((n = std::fread(buf, 1, sizeof buf, f)) > 0)
+            text.append(buf, n);
+        std::fclose(f);
+    }
+    return text;
+}
