@@ -32,6 +32,8 @@ std::string MissingService() {
         return "CLoadsServices::Izvestaj";
     if (CLoadsServices::NapraviPrimer == nullptr)
         return "CLoadsServices::NapraviPrimer";
+    if (CLoadsServices::PostaviChangeLoadCaseTo == nullptr)
+        return "CLoadsServices::PostaviChangeLoadCaseTo";
     return {};
 }
 
@@ -59,6 +61,8 @@ bool CCliHost::LoadModule(const std::filesystem::path& library, std::string& err
         error = "the module did not provide " + missing;
         return false;
     }
+    // A headless host evaluates nothing when the current load changes; it only accepts it.
+    CLoadsServices::PostaviChangeLoadCaseTo([](const CGeneralizedLoadCase&, int) { return 1; });
     return true;
 }
 

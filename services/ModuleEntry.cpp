@@ -21,6 +21,10 @@ void Brojevi(int& nSlOpt, int& nKomb, int& nAnv) {
     nAnv = n.nAnv;
 }
 
+void PostaviChangeLoadCaseTo(ChangeLoadCaseHandler handler) {
+    COpterecenjeApp::ChangeLoadCaseTo = handler;
+}
+
 } // namespace
 
 /// Sets the module up for the host whose command list is given; 1 on success, 0 without a
@@ -37,5 +41,6 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     CLoadsServices::SetTeorija = &COpterecenjeApp::SetTeorija;
     CLoadsServices::Izvestaj = &opterecenje::Izvestaj;
     CLoadsServices::NapraviPrimer = &opterecenje::NapraviPrimer;
+    CLoadsServices::PostaviChangeLoadCaseTo = &PostaviChangeLoadCaseTo;
     return 1;
 }

@@ -10,4 +10,5 @@ void CLoadsServices::Reset() {
     SetTeorija = nullptr;
     Izvestaj = nullptr;
     NapraviPrimer = nullptr;
+    PostaviChangeLoadCaseTo = nullptr;
 }

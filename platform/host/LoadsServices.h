@@ -7,6 +7,11 @@
 
 #include <vector>
 
+/// The loads module's value of a load to evaluate (its load cases with their factors and the
+/// construction phase); hosts that evaluate loads include the module's header for it.
+class CGeneralizedLoadCase;
+using ChangeLoadCaseHandler = int (*)(const CGeneralizedLoadCase& load, int flag);
+
 /// Tables of the loads of a model, neutral of how a host shows them.
 struct CLoadsReport {
     struct Table {
@@ -34,6 +39,9 @@ public:
     static inline void (*Izvestaj)(CLoadsReport& report) = nullptr;
     /// Fills the current (empty) document with an example model of a few storeys.
     static inline void (*NapraviPrimer)() = nullptr;
+    /// Installs the host's handler of a change of the current load, which the module calls
+    /// whenever the user picks a load in the results selector.
+    static inline void (*PostaviChangeLoadCaseTo)(ChangeLoadCaseHandler handler) = nullptr;
 
     /// Empties every pointer (when the module is unloaded).
     static void Reset();

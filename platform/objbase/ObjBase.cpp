@@ -71,7 +71,18 @@ struct CObjBase::Step {
     std::unordered_map<int32_t, size_t> index;
     int32_t nextIdBefore;
     int32_t nextIdAfter;
+    // Whether the after images have been taken (see FinishStep).
+    bool afterTaken = false;
 };
+
+namespace {
+// Steps that touch at most this many objects take their after images when they finish, so
+// that objects left unchanged, and steps that changed nothing, are dropped at once. Larger
+// steps (cascades over thousands of combinations) take them only when they are undone: the
+// store then holds exactly the state the step left, and nothing is serialized twice on the
+// user's way.
+constexpr size_t kEagerAfterImages = 512;
+} // namespace
 
 CObjBase::CObjBase() = default;
 
@@ -206,7 +217,9 @@ std::optional<std::vector<uint8_t>> CObjBase::Image(const CId& id) const {
     const CObj* obj = Find(id);
     if (obj == nullptr)
         return std::nullopt;
-    CFiller f;
+    // Records of single objects are small: a small block keeps the images of a cascade over
+    // thousands of objects from each reserving a page.
+    CFiller f(256);
     f.Open(CFiller::Mode::Write);
     obj->ToFiller(f);
     f.Close();
@@ -307,24 +320,31 @@ void CObjBase::UnfreezeUndoCounter() {
         FinishStep();
 }
 
-void CObjBase::FinishStep() {
-    std::unique_ptr<Step> step = std::move(m_current);
-    if (!step)
-        return;
-    step->nextIdAfter = m_nextId;
-    for (Touched& touched : step->touched) {
+void CObjBase::TakeAfterImages(Step& step) const {
+    for (Touched& touched : step.touched) {
         if (const auto it = m_objects.find(touched.id); it != m_objects.end()) {
             touched.typeAfter = it->second->type;
             touched.orderAfter = it->second->order;
             touched.after = Image(CId(touched.id));
         }
     }
-    // Objects opened for writing but left as they were are no part of the step; a step that
-    // changed nothing is not kept at all.
-    std::erase_if(step->touched, [](const Touched& t) { return t.Unchanged(); });
-    step->index.clear();
-    if (step->touched.empty() && step->nextIdBefore == step->nextIdAfter)
+    step.afterTaken = true;
+}
+
+void CObjBase::FinishStep() {
+    std::unique_ptr<Step> step = std::move(m_current);
+    if (!step)
         return;
+    step->nextIdAfter = m_nextId;
+    step->index.clear();
+    if (step->touched.size() <= kEagerAfterImages) {
+        TakeAfterImages(*step);
+        // Objects opened for writing but left as they were are no part of the step; a step
+        // that changed nothing is not kept at all.
+        std::erase_if(step->touched, [](const Touched& t) { return t.Unchanged(); });
+        if (step->touched.empty() && step->nextIdBefore == step->nextIdAfter)
+            return;
+    }
     m_undo.push_back(std::move(step));
     m_redo.clear();
     while (m_undo.size() > m_undoLimit)
@@ -360,6 +380,8 @@ bool CObjBase::Undo() {
         return false;
     std::unique_ptr<Step> step = std::move(m_undo.back());
     m_undo.pop_back();
+    if (!step->afterTaken)
+        TakeAfterImages(*step);
     // Take every touched object away first, then bring back the ones that existed, so that
     // an id never meets an object that is still to be replaced.
     for (const Touched& t : step->touched)

@@ -11,8 +11,10 @@
 // an object is first changed (GetW), deleted or inserted within a step, its record is kept;
 // undoing a step brings back every such object exactly (id, fields, store order and the next
 // id to be given), and redoing it brings back the state undo left. Undo and redo recreate
-// objects from their records and do not notify them. A step that changed nothing is not
-// kept; a change made with no opening for writing cannot be undone and empties the history.
+// objects from their records and do not notify them. A step of up to a few hundred objects
+// that changed nothing is not kept (larger steps are kept as they are, so that a cascade over
+// thousands of objects records each one only once on its way); a change made with no opening for
+// writing cannot be undone and empties the history.
 //
 // The classes that can live in a store are registered once per process with RegisterSubBase;
 // their prototypes create objects by type when records are read.
@@ -96,6 +98,7 @@ private:
                  const std::optional<std::vector<uint8_t>>& image);
     std::optional<std::vector<uint8_t>> Image(const CId& id) const;
     void FinishStep();
+    void TakeAfterImages(Step& step) const;
     void Place(CObj* obj, int type, uint64_t order);
     void Remove(const CId& id);
 

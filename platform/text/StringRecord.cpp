@@ -17,51 +17,65 @@ bool IsLowSurrogate(uint32_t u) {
     return u >= 0xDC00 && u <= 0xDFFF;
 }
 
-std::vector<uint16_t> ToUtf16(const CString& s) {
-    std::vector<uint16_t> units;
-    units.reserve(s.size());
+// The UTF-16LE bytes of a text, written and read in one block. Names are short and almost
+// always within the Basic Multilingual Plane, so the buffer is sized for one unit a character
+// and grows only for surrogate pairs.
+std::vector<uint8_t> ToUtf16Bytes(const CString& s) {
+    std::vector<uint8_t> bytes(s.size() * 2);
+    size_t pos = 0;
+    auto put = [&bytes, &pos](uint32_t unit) {
+        if (pos + 2 > bytes.size())
+            bytes.resize(bytes.size() + 2);
+        bytes[pos++] = static_cast<uint8_t>(unit & 0xFF);
+        bytes[pos++] = static_cast<uint8_t>(unit >> 8);
+    };
     for (const wchar_t wc : s) {
         const auto c = static_cast<uint32_t>(wc);
         if (c >= 0x10000 && c <= 0x10FFFF) {
-            units.push_back(static_cast<uint16_t>(0xD800 + ((c - 0x10000) >> 10)));
-            units.push_back(static_cast<uint16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+            put(0xD800 + ((c - 0x10000) >> 10));
+            put(0xDC00 + ((c - 0x10000) & 0x3FF));
         } else if (c > 0x10FFFF || IsHighSurrogate(c) || IsLowSurrogate(c)) {
-            units.push_back(kReplacement);
+            put(kReplacement);
         } else {
-            units.push_back(static_cast<uint16_t>(c));
+            put(c);
         }
     }
-    return units;
+    return bytes;
 }
 
-CString FromUtf16(const std::vector<uint16_t>& units) {
-    CString s;
-    s.reserve(units.size());
-    for (size_t i = 0; i < units.size(); ++i) {
-        const uint32_t u = units[i];
-        if (IsHighSurrogate(u) && i + 1 < units.size() && IsLowSurrogate(units[i + 1])) {
-            const uint32_t lo = units[++i];
-            s.push_back(static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) + (lo - 0xDC00)));
+CString FromUtf16Bytes(const uint8_t* bytes, size_t units) {
+    auto unitAt = [bytes](size_t i) {
+        return static_cast<uint32_t>(bytes[2 * i]) | (static_cast<uint32_t>(bytes[2 * i + 1]) << 8);
+    };
+    CString s(units, L'\0');
+    size_t out = 0;
+    for (size_t i = 0; i < units; ++i) {
+        const uint32_t u = unitAt(i);
+        if (IsHighSurrogate(u) && i + 1 < units && IsLowSurrogate(unitAt(i + 1))) {
+            const uint32_t lo = unitAt(++i);
+            s[out++] = static_cast<wchar_t>(0x10000 + ((u - 0xD800) << 10) + (lo - 0xDC00));
         } else if (IsHighSurrogate(u) || IsLowSurrogate(u)) {
-            s.push_back(static_cast<wchar_t>(kReplacement));
+            s[out++] = static_cast<wchar_t>(kReplacement);
         } else {
-            s.push_back(static_cast<wchar_t>(u));
+            s[out++] = static_cast<wchar_t>(u);
         }
     }
+    s.resize(out);
     return s;
 }
 
 } // namespace
 
 int ClTranslator::ToFiller(CFiller& f, const CString& s) {
-    const std::vector<uint16_t> units = ToUtf16(s);
-    if (units.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max())) {
+    const std::vector<uint8_t> bytes = ToUtf16Bytes(s);
+    const size_t units = bytes.size() / 2;
+    if (units > static_cast<size_t>(std::numeric_limits<int32_t>::max())) {
         f.SetError();
         return 0;
     }
-    f.WriteInt32(static_cast<int32_t>(units.size()));
-    for (const uint16_t u : units)
-        f.WriteUInt16(u);
+    f.WriteInt32(static_cast<int32_t>(units));
+    if (!bytes.empty())
+        f.Write(bytes.data(), 1, bytes.size());
     return f.IsError() ? 0 : 1;
 }
 
@@ -69,11 +83,17 @@ int ClTranslator::FromFiller(CFiller& f, CString& s) {
     int32_t n = 0;
     if (f.IsError() || !f.ReadInt32(n) || !f.CheckCount(n, sizeof(uint16_t)))
         return 0;
-    std::vector<uint16_t> units(static_cast<size_t>(n));
-    for (uint16_t& u : units) {
-        if (!f.ReadUInt16(u))
+    const size_t size = static_cast<size_t>(n) * 2;
+    if (size <= 512) {
+        uint8_t small[512];
+        if (!f.Read(small, 1, size))
             return 0;
+        s = FromUtf16Bytes(small, static_cast<size_t>(n));
+        return 1;
     }
-    s = FromUtf16(units);
+    std::vector<uint8_t> bytes(size);
+    if (!f.Read(bytes.data(), 1, size))
+        return 0;
+    s = FromUtf16Bytes(bytes.data(), static_cast<size_t>(n));
     return 1;
 }
