@@ -1,5 +1,6 @@
 // Load case list items and their list: values, records and the list's editing helpers.
 #include "model/SlOptItem.h"
+#include "model/IdListRecord.h"
 
 #include "text/Translator.h"
 
@@ -10,28 +11,8 @@ constexpr int32_t kVerzija = 1;
 /// coefficient, the permanent flag and two empty id lists.
 constexpr size_t kItemRecordSize = 4 + 4 + 4 + 6 * 4 + 8 + 4 + 4 + 4;
 
-void WriteIds(CFiller& f, const OCArray<CId>& ids) {
-    f.WriteInt32(ids.GetSize());
-    for (const CId& id : ids)
-        f.WriteInt32(id.GetValue());
-}
-
-/// Reads a count and that many ids. A stream already in error leaves the list as it was; a
-/// count the stream cannot hold gives an empty list and leaves the stream in error.
-void ReadIds(CFiller& f, OCArray<CId>& ids) {
-    int32_t n = 0;
-    if (!f.ReadInt32(n))
-        return;
-    if (!f.CheckCount(n, sizeof(int32_t)))
-        n = 0;
-    ids.RemoveAll();
-    ids.SetSize(n);
-    for (CId& id : ids) {
-        int32_t value = -1;
-        f.ReadInt32(value);
-        id.SetValue(value);
-    }
-}
+using idlist::ReadIds;
+using idlist::WriteIds;
 
 } // namespace
 

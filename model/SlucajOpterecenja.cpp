@@ -1,6 +1,7 @@
 // CSlucajOpterecenja: the stored load case, its record in all its versions, its checksums and
 // the class-wide services over all load cases.
 #include "model/SlucajOpterecenja.h"
+#include "model/IdListRecord.h"
 
 #include "diag/Assert.h"
 #include "text/Translator.h"
@@ -19,28 +20,8 @@ constexpr int32_t kCrcVerzija = 9;
 constexpr int32_t kBitSeizmicki = 1;
 constexpr int32_t kBitBudje = 2;
 
-void WriteIds(CFiller& f, const OCArray<CId>& ids) {
-    f.WriteInt32(ids.GetSize());
-    for (const CId& id : ids)
-        f.WriteInt32(id.GetValue());
-}
-
-/// Reads a count and that many ids. A stream already in error leaves the list as it was; a
-/// count the stream cannot hold gives an empty list and leaves the stream in error.
-void ReadIds(CFiller& f, OCArray<CId>& ids) {
-    int32_t n = 0;
-    if (!f.ReadInt32(n))
-        return;
-    if (!f.CheckCount(n, sizeof(int32_t)))
-        n = 0;
-    ids.RemoveAll();
-    ids.SetSize(n);
-    for (CId& id : ids) {
-        int32_t value = -1;
-        f.ReadInt32(value);
-        id.SetValue(value);
-    }
-}
+using idlist::ReadIds;
+using idlist::WriteIds;
 
 /// A factor that weights an SRSS member: neither exactly zero nor one within the tolerance.
 bool ImaTezinskiFaktor(const CLoadCaseUnit& unit) {

@@ -9,6 +9,8 @@
 
 namespace {
 
+using Row = std::vector<std::string>;
+
 /// Two load cases and one combination (2.0 x I - 0.5 x II); loads beyond are all zeros.
 void Faktori(int i, CArray<double>& f) {
     f.SetSize(2);
@@ -32,43 +34,35 @@ void UpdateCombo(int n) {
 } // namespace
 
 TEST(ModelReport, FactorsAreFormattedCompactlyAndRowsCoverEveryLoad) {
-    EXPECT_EQ(FormatFactor(0.0), "0");
-    EXPECT_EQ(FormatFactor(-0.0), "0");
-    EXPECT_EQ(FormatFactor(1.0), "1.00");
-    EXPECT_EQ(FormatFactor(-1.0), "-1.00");
-    EXPECT_EQ(FormatFactor(1.35), "1.35");
-    EXPECT_EQ(FormatFactor(0.675), "0.675");
-    EXPECT_EQ(FormatFactor(1.0 / 3.0), "0.333333");
-
-    const CLoadCounts counts{2, 1, 1};
-    const CTextTable table = FactorTable("F", counts, &Faktori);
-    EXPECT_EQ(table.header, (std::vector<std::string>{"No.", "Load", "1", "2"}));
-    ASSERT_EQ(table.rows.size(), 4u);
-    EXPECT_EQ(table.rows[0], (std::vector<std::string>{"1", "case 1", "1.00", "0"}));
-    EXPECT_EQ(table.rows[2], (std::vector<std::string>{"3", "combination 1", "2.00", "-0.50"}));
-    EXPECT_EQ(table.rows[3], (std::vector<std::string>{"4", "envelope 1", "0", "0"}));
-
+    const std::pair<double, const char*> faktori[] = {
+        {0.0, "0"},     {-0.0, "0"},      {1.0, "1.00"},          {-1.0, "-1.00"},
+        {1.35, "1.35"}, {0.675, "0.675"}, {1.0 / 3.0, "0.333333"}};
+    for (const auto& [f, tekst] : faktori)
+        EXPECT_EQ(FormatFactor(f), tekst) << f;
+    const CTextTable table = FactorTable("F", CLoadCounts{2, 1, 1}, &Faktori);
+    EXPECT_EQ(table.header, (Row{"No.", "Load", "1", "2"}));
+    EXPECT_EQ(table.rows, (std::vector<Row>{{"1", "case 1", "1.00", "0"},
+                                            {"2", "case 2", "0", "1.00"},
+                                            {"3", "combination 1", "2.00", "-0.50"},
+                                            {"4", "envelope 1", "0", "0"}}));
     EXPECT_TRUE(FactorTable("F", CLoadCounts{}, &Faktori).rows.empty());
-}
 
-TEST(ModelReport, ScaleRangesFollowTheCounts) {
     CLoadsServices::UkupanBrojSloptOKombinacija = [] { return 5; };
-    const CTextTable table = ScaleTable(CLoadCounts{3, 2, 0});
+    const CTextTable scale = ScaleTable(CLoadCounts{3, 2, 0});
     const CTextTable single = ScaleTable(CLoadCounts{1, 0, 1});
     CLoadsServices::Reset();
-    ASSERT_EQ(table.rows.size(), 4u);
-    EXPECT_EQ(table.rows[0], (std::vector<std::string>{"load cases", "3", "1..3", "0..2"}));
-    EXPECT_EQ(table.rows[1], (std::vector<std::string>{"combinations", "2", "4..5", "3..4"}));
-    EXPECT_EQ(table.rows[2], (std::vector<std::string>{"envelopes", "0", "-", "-"}));
-    EXPECT_EQ(table.rows[3][1], "5");
-    EXPECT_EQ(single.rows[2], (std::vector<std::string>{"envelopes", "1", "2", "1"}));
+    ASSERT_EQ(scale.rows.size(), 4u);
+    EXPECT_EQ(scale.rows[0], (Row{"load cases", "3", "1..3", "0..2"}));
+    EXPECT_EQ(scale.rows[1], (Row{"combinations", "2", "4..5", "3..4"}));
+    EXPECT_EQ(scale.rows[2], (Row{"envelopes", "0", "-", "-"}));
+    EXPECT_EQ(scale.rows[3][1], "5");
+    EXPECT_EQ(single.rows[2], (Row{"envelopes", "1", "2", "1"}));
 }
 
 TEST(ModelReport, SelectorIsFilledInTheRequestedModeWithItsAnnouncements) {
     CHeadlessFrame frame;
     CFrameInstallation installation(frame);
     CMainFrame::UpdateCombo = &UpdateCombo;
-
     std::ostringstream input;
     g_nSelected = 1;
     PrintSelector(input, frame, false);
@@ -85,7 +79,6 @@ TEST(ModelReport, SelectorIsFilledInTheRequestedModeWithItsAnnouncements) {
     int number = -1;
     EXPECT_EQ(frame.GetCurrentSloptId(number), CId(4));
     EXPECT_EQ(number, 1);
-
     // The announcements of the earlier mode are not shown again.
     std::ostringstream results;
     g_nSelected = 0;

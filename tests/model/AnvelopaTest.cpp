@@ -1,52 +1,17 @@
 // Envelopes: the record, the checksum, the selection text, the generalized load case built
-// from it, deletion with renumbering and the report heading.
+// from it under both theories, deletion with renumbering and the report heading.
+#include "LoadRecordBytes.h"
 #include "ModelFixture.h"
-
 #include "model/AnvelopaOpterecenja.h"
-#include "model/ModelGlobals.h"
 #include "text/Translator.h"
 
-#include <cstdint>
-#include <initializer_list>
 #include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 
+using namespace loadrec;
+
 namespace {
-
-/// Little-endian bytes of a record, written field by field from the record table.
-struct Bytes {
-    std::vector<uint8_t> b;
-    Bytes& I32(int32_t v) {
-        for (int k = 0; k < 4; ++k)
-            b.push_back(static_cast<uint8_t>(static_cast<uint32_t>(v) >> (8 * k)));
-        return *this;
-    }
-    /// The string record: int32 count of UTF-16 code units, then the units.
-    Bytes& Str(const std::u16string& s) {
-        I32(static_cast<int32_t>(s.size()));
-        for (const char16_t c : s) {
-            b.push_back(static_cast<uint8_t>(c & 0xFF));
-            b.push_back(static_cast<uint8_t>(c >> 8));
-        }
-        return *this;
-    }
-};
-
-std::vector<uint8_t> Written(const CFillerUser& value) {
-    CFiller f;
-    f.Open(CFiller::Mode::Write);
-    value.ToFiller(f);
-    f.Close();
-    return f.Buffer();
-}
-
-int ReadFrom(CFiller& f, const std::vector<uint8_t>& bytes, CFillerUser& value) {
-    f.SetBuffer(bytes);
-    f.Open(CFiller::Mode::Read);
-    return value.FromFiller(f);
-}
 
 /// The ordinals whose flags are set, 1-based.
 std::vector<int> Selected(const CArray<int>& flags) {
@@ -56,19 +21,6 @@ std::vector<int> Selected(const CArray<int>& flags) {
             ordinals.push_back(i + 1);
     return ordinals;
 }
-
-CLoadCaseUnit Unit(std::initializer_list<std::pair<int, double>> pairs, eKarakter karakter) {
-    CLoadCaseUnit unit;
-    for (const auto& [ordinal, factor] : pairs)
-        unit.Factors().Add(CLoadCaseFactor(ordinal, factor));
-    unit.SetKarakter(karakter);
-    return unit;
-}
-
-struct TeorijaGuard {
-    int saved = CModelGlobals::nTeorija;
-    ~TeorijaGuard() { CModelGlobals::nTeorija = saved; }
-};
 
 class AnvelopaTest : public ModelTest {
 protected:
@@ -80,18 +32,13 @@ protected:
         AddCombination(1, {{m_g, 1.35}, {m_w, 0.0}, {m_p, 1.5}});
         AddCombination(2, {{m_w, 1.0}, {m_g, 1.0}});
     }
-    std::vector<std::pair<int, CString>> Envelopes() const {
-        std::vector<std::pair<int, CString>> out;
-        for (const CId& id : m_base->Ids(CBaseManager::AnvelopaOpterecenjaType)) {
-            const auto* p = Get<CAnvelopaOpterecenja>(id);
-            out.emplace_back(p->GetBroj(), p->GetNaziv());
-        }
-        return out;
-    }
     CId m_g, m_p, m_w;
+    TeorijaGuard m_guard;
 };
 
-TEST_F(AnvelopaTest, RecordVersion2IsWrittenAndReadAsTheTableSays) {
+} // namespace
+
+TEST_F(AnvelopaTest, RecordIsExactBothWaysAndTheChecksumTakesItsFieldsWithoutTheBase) {
     CAnvelopaOpterecenja anv;
     anv.SetId(CId(7));
     anv.SetAtribut(5);
@@ -99,203 +46,95 @@ TEST_F(AnvelopaTest, RecordVersion2IsWrittenAndReadAsTheTableSays) {
     anv.SetIzbor(L"1,3-5");
     anv.SetNaziv(L"Teret");
     anv.SetBroj(2);
+    const std::vector<uint8_t> golden =
+        Bytes().base(7, 5).i32(2).i32(1).str(L"1,3-5").str(L"Teret").i32(2).get();
+    EXPECT_EQ(Written(anv), golden);
+    EXPECT_EQ(Written(*std::unique_ptr<CObj>(anv.MakeNew())), golden);
+    uint32_t c1 = 10, c2 = 20, c3 = 30;
+    anv.UpdateCRC(c1, c2, c3);
+    EXPECT_EQ(c1, 10u + Bytes().i32(1).str(L"1,3-5").str(L"Teret").i32(2).crc());
+    EXPECT_EQ(c2 + c3, 50u);
 
-    Bytes golden;
-    golden.I32(1).I32(7).I32(5); // base record
-    golden.I32(2).I32(1).Str(u"1,3-5").Str(u"Teret").I32(2);
-    EXPECT_EQ(Written(anv), golden.b);
-
+    Reader r(golden);
     CAnvelopaOpterecenja read;
-    CFiller f;
-    ASSERT_EQ(ReadFrom(f, golden.b, read), 1);
-    EXPECT_EQ(f.Remaining(), 0u);
-    EXPECT_EQ(read.GetId(), CId(7));
-    EXPECT_EQ(read.GetAtribut(), 5);
+    ASSERT_EQ(read.FromFiller(r.f()), 1);
+    EXPECT_EQ(r->Remaining(), 0u);
     EXPECT_EQ(read.GetMod(), 1);
     EXPECT_EQ(read.GetIzbor(), L"1,3-5");
-    EXPECT_EQ(read.GetNaziv(), L"Teret");
     EXPECT_EQ(read.GetBroj(), 2);
-}
+    EXPECT_EQ(Written(read), golden);
 
-TEST_F(AnvelopaTest, RecordVersion1ReadsWithModeZero) {
-    Bytes v1;
-    v1.I32(1).I32(3).I32(0);
-    v1.I32(1).Str(u"2").Str(u"").I32(1);
-
-    CAnvelopaOpterecenja read;
-    read.SetMod(1);
-    CFiller f;
-    ASSERT_EQ(ReadFrom(f, v1.b, read), 1);
-    EXPECT_EQ(read.GetMod(), 0);
-    EXPECT_EQ(read.GetIzbor(), L"2");
-    EXPECT_EQ(read.GetNaziv(), L"");
-    EXPECT_EQ(read.GetBroj(), 1);
-
-    Bytes v2;
-    v2.I32(1).I32(3).I32(0);
-    v2.I32(2).I32(0).Str(u"2").Str(u"").I32(1);
-    EXPECT_EQ(Written(read), v2.b);
+    // Version 1 has no mode: it reads as 0 and is written back as version 2.
+    Reader r1(Bytes().base(3).i32(1).str(L"2").str(L"").i32(1).get());
+    ASSERT_EQ(read.FromFiller(r1.f()), 1);
+    EXPECT_EQ(r1->Remaining(), 0u);
+    EXPECT_EQ(Written(read), Bytes().base(3).i32(2).i32(0).str(L"2").str(L"").i32(1).get());
 }
 
 TEST_F(AnvelopaTest, BadRecordsEndInTheErrorFlag) {
-    CAnvelopaOpterecenja read;
-    CFiller f;
-    EXPECT_EQ(ReadFrom(f, Bytes().I32(1).I32(3).I32(0).I32(3).I32(0).b, read), 0);
-    EXPECT_TRUE(f.IsError());
-    EXPECT_EQ(f.GetErrorSource(), "AnvelopaOpterecenja");
-    EXPECT_EQ(f.GetErrorMessage(), L"Object version error! Version: 3");
-
-    CFiller base;
-    EXPECT_EQ(ReadFrom(base, Bytes().I32(2).I32(3).I32(0).I32(2).b, read), 0);
-    EXPECT_EQ(base.GetErrorSource(), "Obj");
-
-    // An absurd string length allocates nothing and fails.
-    CFiller absurd;
-    EXPECT_EQ(ReadFrom(absurd, Bytes().I32(1).I32(3).I32(0).I32(2).I32(0).I32(0x7FFFFFFF).b, read),
-              0);
-    EXPECT_TRUE(absurd.IsError());
-
-    CAnvelopaOpterecenja anv;
-    anv.SetIzbor(L"1-2");
-    anv.SetNaziv(L"A");
-    anv.SetBroj(1);
-    const std::vector<uint8_t> full = Written(anv);
-    for (size_t len = 0; len < full.size(); ++len) {
-        CAnvelopaOpterecenja part;
-        CFiller t;
-        EXPECT_EQ(ReadFrom(t, std::vector<uint8_t>(full.begin(), full.begin() + len), part), 0)
-            << "length " << len;
-        EXPECT_TRUE(t.IsError()) << "length " << len;
-    }
-}
-
-TEST_F(AnvelopaTest, CopiesCarryTheRecordAndTheCopyConstructorOnlyServesThePool) {
-    CAnvelopaOpterecenja anv;
-    anv.SetId(CId(4));
-    anv.SetMod(1);
-    anv.SetIzbor(L"1-2");
-    anv.SetNaziv(L"N");
-    anv.SetBroj(3);
-
-    std::unique_ptr<CObj> made(anv.MakeNew());
-    const auto* copy = dynamic_cast<const CAnvelopaOpterecenja*>(made.get());
-    ASSERT_NE(copy, nullptr);
-    EXPECT_EQ(Written(*copy), Written(anv));
-
-    const std::unique_ptr<CAnvelopaOpterecenja> pooled(new CAnvelopaOpterecenja(anv));
-    EXPECT_EQ(Written(*pooled), Written(anv));
-
-    CAnvelopaOpterecenja assigned;
-    assigned = anv;
-    EXPECT_EQ(Written(assigned), Written(anv));
-
-    EXPECT_EXIT(
-        {
-            CAnvelopaOpterecenja onStack(anv);
-            (void)onStack;
-        },
-        ::testing::ExitedWithCode(0), "this == validAdr");
-    EXPECT_NE(ErrorLog().find("ASSERT(this == validAdr)\nFILE: AnvelopaOpterecenja\n"),
-              std::string::npos);
-}
-
-TEST_F(AnvelopaTest, ChecksumCoversModeSelectionNameAndNumberOnlyInTheFirstSum) {
-    CAnvelopaOpterecenja anv;
-    anv.SetMod(1);
-    anv.SetIzbor(L"1,3");
-    anv.SetNaziv(L"Teret");
-    anv.SetBroj(2);
-
-    CCrcFiller expected;
-    const std::vector<uint8_t> payload = Bytes().I32(1).Str(u"1,3").Str(u"Teret").I32(2).b;
-    expected.Write(payload.data(), 1, payload.size());
-
-    uint32_t c1 = 10, c2 = 20, c3 = 30;
-    anv.UpdateCRC(c1, c2, c3);
-    EXPECT_EQ(c1, 10u + expected.GetCRC());
-    EXPECT_EQ(c2, 20u);
-    EXPECT_EQ(c3, 30u);
-
-    // The attribute word does not count.
-    anv.SetAtribut(9);
-    uint32_t d1 = 0, d2 = 0, d3 = 0;
-    anv.UpdateCRC(d1, d2, d3);
-    EXPECT_EQ(d1, expected.GetCRC());
+    const std::vector<uint8_t> good = Bytes().base(3).i32(2).i32(0).str(L"1-2").str(L"A").get();
+    ExpectVersionError<CAnvelopaOpterecenja>(With32(good, 12, 3), 3, "AnvelopaOpterecenja");
+    ExpectVersionError<CAnvelopaOpterecenja>(With32(good, 0, 2), 2, "Obj");
+    ExpectDamagedInputFails<CAnvelopaOpterecenja>(Bytes().raw(good).i32(1).get(), {20, 30});
 }
 
 TEST_F(AnvelopaTest, SelectionTextsAreParsedStrictly) {
+    // Refused: beyond the loads, reversed or empty ranges, zero, stray signs, commas and letters,
+    // and numbers too large for an int, which are never wrapped around. Flags set before are
+    // cleared.
     CArray<int> flags;
-    flags.SetSize(2);
-    flags[0] = 7;
-    EXPECT_EQ(CAnvelopaOpterecenja::Str2FlagsArray(L"1,3-5", flags, 6), 1);
-    EXPECT_EQ(flags.GetSize(), 6);
-    EXPECT_EQ(Selected(flags), (std::vector<int>{1, 3, 4, 5}));
-    EXPECT_EQ(flags[1], 0);
-
-    struct Case {
+    for (const wchar_t* text :
+         {L"7", L"5-3", L"3-3", L"1-2-3", L"0", L"0-2", L"-2", L"-", L"2-", L",1", L"abc",
+          L"4294967297", L"1-4294967298", L"99999999999999999999"}) {
+        flags.SetSize(2);
+        flags[0] = 1;
+        EXPECT_EQ(CAnvelopaOpterecenja::Str2FlagsArray(text, flags, 6), 0)
+            << CString(text).ToUtf8();
+        EXPECT_EQ(flags.GetSize(), 6);
+        EXPECT_EQ(Selected(flags), std::vector<int>{}) << CString(text).ToUtf8();
+    }
+    const struct {
         const wchar_t* text;
         int n;
         int result;
         std::vector<int> selected;
-    };
-    const Case cases[] = {
+    } cases[] = {
+        {L"1,3-5", 6, 1, {1, 3, 4, 5}},
         {L"", 0, 1, {}},
         {L"", 5, 1, {}},
         {L"12", 12, 1, {12}},
-        {L"1-6", 6, 1, {1, 2, 3, 4, 5, 6}},
         {L"3-5", 4, 0, {}},
-        {L"7", 6, 0, {}},
         {L"1", 0, 0, {}},
-        {L"5-3", 6, 0, {}},
-        {L"3-3", 6, 0, {}},
-        {L"1-2-3", 6, 0, {}},
-        {L"0", 6, 0, {}},
-        {L"0-2", 6, 0, {}},
-        {L"-2", 6, 0, {}},
-        {L"-", 6, 0, {}},
-        {L"2-", 6, 0, {}},
-        {L",1", 6, 0, {}},
-        {L"abc", 6, 0, {}},
-        // leading blanks are allowed, anything after the number is ignored
-        {L" 2", 6, 1, {2}},
-        {L"2x", 6, 1, {2}},
+        // Leading blanks are allowed, anything after the number is ignored.
         {L" 2 - 4 ", 6, 1, {2, 3, 4}},
+        {L"2x", 6, 1, {2}},
         {L"1-3 ,5", 6, 1, {1, 2, 3, 5}},
-        // a trailing comma ends the text; an empty item in the middle does not read
+        // A trailing comma ends the text; an empty item in the middle does not read, and the
+        // flags set before an invalid item stay set.
         {L"4,", 6, 1, {4}},
-        // flags set before the invalid item stay set
         {L"1,,2", 6, 0, {1}},
         {L"2,x", 6, 0, {2}},
         {L"1-2,9", 6, 0, {1, 2}},
-        // numbers too large for an int are too large for any model, never wrapped around
-        {L"4294967297", 6, 0, {}},
-        {L"1-4294967298", 6, 0, {}},
-        {L"99999999999999999999", 6, 0, {}},
     };
-    for (const Case& c : cases) {
-        CArray<int> f;
-        EXPECT_EQ(CAnvelopaOpterecenja::Str2FlagsArray(c.text, f, c.n), c.result)
+    for (const auto& c : cases) {
+        EXPECT_EQ(CAnvelopaOpterecenja::Str2FlagsArray(c.text, flags, c.n), c.result)
             << CString(c.text).ToUtf8();
-        EXPECT_EQ(f.GetSize(), c.n);
-        EXPECT_EQ(Selected(f), c.selected) << CString(c.text).ToUtf8();
+        EXPECT_EQ(flags.GetSize(), c.n);
+        EXPECT_EQ(Selected(flags), c.selected) << CString(c.text).ToUtf8();
     }
-
     // What the translation library writes for a list of ordinals is a valid selection.
     CArray<int> values;
-    for (int v : {1, 2, 3, 5, 7, 8})
-        values.Add(v);
-    CArray<int> f;
-    EXPECT_EQ(CAnvelopaOpterecenja::Str2FlagsArray(ClTranslator::IntArray2String(values), f, 8), 1);
-    EXPECT_EQ(Selected(f), (std::vector<int>{1, 2, 3, 5, 7, 8}));
-
-    EXPECT_THROW(CAnvelopaOpterecenja::Str2FlagsArray(L"", f, -1), CInvalidArgException);
+    values.Vector() = {1, 2, 3, 5, 7, 8};
+    EXPECT_EQ(CAnvelopaOpterecenja::Str2FlagsArray(ClTranslator::IntArray2String(values), flags, 8),
+              1);
+    EXPECT_EQ(Selected(flags), values.Vector());
+    EXPECT_THROW(CAnvelopaOpterecenja::Str2FlagsArray(L"", flags, -1), CInvalidArgException);
 }
 
-TEST_F(AnvelopaTest, GeneralizedLoadCaseUnderSuperpositionExpandsCombinations) {
-    TeorijaGuard guard;
+TEST_F(AnvelopaTest, GeneralizedLoadCaseExpandsCombinationsOnlyUnderSuperposition) {
     CModelGlobals::nTeorija = 1;
     NapraviModel();
-    // A member of combination 2 whose load case is gone is left out.
+    // A member whose load case is gone is left out: combination 3 names no load case.
     const CId gone = AddLoadCase(L"X", 4);
     AddCombination(3, {{gone, 2.0}});
     {
@@ -303,85 +142,64 @@ TEST_F(AnvelopaTest, GeneralizedLoadCaseUnderSuperpositionExpandsCombinations) {
         bm.Open(CBaseManager::Write);
         bm.Delete(gone);
     }
-    // combination 3 now names no load case; ordinals: loads 1..3, combinations 4..6
-
+    // Ordinals: loads 1..3, combinations 4..6.
     CAnvelopaOpterecenja anv;
     anv.SetIzbor(L"3,1,4-6");
     CGeneralizedLoadCase glc;
     glc.SetRbrFaze(2);
-    glc.AddLoadCaseUnit(Unit({{9, 1.0}}, LCU_LINEARNA));
+    glc.AddLoadCaseUnit(Unit({{9, 1.0}}));
     ASSERT_EQ(anv.NapraviGeneralizedLoadcase(glc), 1);
     EXPECT_EQ(glc.GetRbrFaze(), 2);
-    EXPECT_TRUE(glc.IsAnvelopeType());
-    ASSERT_EQ(glc.GetSize(), 5);
-    EXPECT_EQ(glc.GetLoadCaseUnit(0), Unit({}, LCU_ANVELOPA));
-    EXPECT_EQ(glc.GetLoadCaseUnit(1), Unit({{1, 1.0}}, LCU_ANVELOPA));
-    EXPECT_EQ(glc.GetLoadCaseUnit(2), Unit({{3, 1.0}}, LCU_ANVELOPA));
-    EXPECT_EQ(glc.GetLoadCaseUnit(3), Unit({{1, 1.0}, {3, 1.0}}, LCU_ANVELOPA));
-    EXPECT_EQ(glc.GetLoadCaseUnit(4), Unit({{1, 1.35}, {2, 1.5}}, LCU_ANVELOPA));
-
+    EXPECT_EQ(UnitsOf(glc),
+              (Units{Unit({}, LCU_ANVELOPA), Unit({{1, 1.0}}, LCU_ANVELOPA),
+                     Unit({{3, 1.0}}, LCU_ANVELOPA), Unit({{1, 1.0}, {3, 1.0}}, LCU_ANVELOPA),
+                     Unit({{1, 1.35}, {2, 1.5}}, LCU_ANVELOPA)}));
     // An invalid selection (7 is beyond the loads) builds nothing.
     anv.SetIzbor(L"1,7");
     EXPECT_EQ(anv.NapraviGeneralizedLoadcase(glc), 0);
     EXPECT_EQ(glc.GetSize(), 0);
-}
 
-TEST_F(AnvelopaTest, GeneralizedLoadCaseUnderTheOtherTheoryKeepsCombinationsWhole) {
-    TeorijaGuard guard;
+    // Under the other theory a combination stands for itself.
     CModelGlobals::nTeorija = 2;
-    NapraviModel();
-    AddEnvelope(1, L"4", L"K1");
-    AddEnvelope(2, L"5,2", L"K2");
-
-    CGeneralizedLoadCase glc;
+    AddEnvelope(1, L"5,2", L"K");
     ASSERT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(1, glc), 1);
-    ASSERT_EQ(glc.GetSize(), 1);
-    EXPECT_EQ(glc.GetLoadCaseUnit(0), Unit({{4, 1.0}}, LCU_ANVELOPA));
-
-    ASSERT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(2, glc), 1);
-    ASSERT_EQ(glc.GetSize(), 2);
-    EXPECT_EQ(glc.GetLoadCaseUnit(0), Unit({{2, 1.0}}, LCU_ANVELOPA));
-    EXPECT_EQ(glc.GetLoadCaseUnit(1), Unit({{5, 1.0}}, LCU_ANVELOPA));
-
-    // No envelope 3: the value is emptied and 0 returned.
-    glc.SetRbrFaze(4);
-    EXPECT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(3, glc), 0);
+    EXPECT_EQ(UnitsOf(glc),
+              (Units{Unit({{2, 1.0}}, LCU_ANVELOPA), Unit({{5, 1.0}}, LCU_ANVELOPA)}));
+    // No envelope 2: the value is emptied and 0 returned; a stale selection is not repaired.
+    EXPECT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(2, glc), 0);
     EXPECT_EQ(glc.GetSize(), 0);
-    EXPECT_EQ(glc.GetRbrFaze(), 4);
-
-    // A selection gone stale (the model lost a combination) is not repaired.
-    AddEnvelope(3, L"6", L"K3");
-    EXPECT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(3, glc), 0);
+    EXPECT_EQ(glc.GetRbrFaze(), 2);
+    AddEnvelope(2, L"7", L"Zastarela");
+    EXPECT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(2, glc), 0);
 }
 
-TEST_F(AnvelopaTest, DeletingAnEnvelopeClosesTheGapInTheNumbering) {
+TEST_F(AnvelopaTest, DeletingAnEnvelopeClosesTheGapInOneUndoStep) {
     AddEnvelope(3, L"1", L"C");
     AddEnvelope(1, L"1", L"A");
     AddEnvelope(2, L"1", L"B");
+    using Rows = std::vector<std::pair<int, CString>>;
+    const auto envelopes = [&] {
+        Rows out;
+        for (const CId& id : m_base->Ids(CBaseManager::AnvelopaOpterecenjaType))
+            out.emplace_back(Get<CAnvelopaOpterecenja>(id)->GetBroj(),
+                             Get<CAnvelopaOpterecenja>(id)->GetNaziv());
+        return out;
+    };
     CAnvelopaOpterecenja::BrisiAnvelopu(2);
-    EXPECT_EQ(Envelopes(), (std::vector<std::pair<int, CString>>{{2, L"C"}, {1, L"A"}}));
+    EXPECT_EQ(envelopes(), (Rows{{2, L"C"}, {1, L"A"}}));
     CAnvelopaOpterecenja::BrisiAnvelopu(1);
-    EXPECT_EQ(Envelopes(), (std::vector<std::pair<int, CString>>{{1, L"C"}}));
-
-    // The deletion is one step that undo takes back whole.
+    EXPECT_EQ(envelopes(), (Rows{{1, L"C"}}));
     ASSERT_TRUE(m_base->Undo());
-    EXPECT_EQ(Envelopes(), (std::vector<std::pair<int, CString>>{{2, L"C"}, {1, L"A"}}));
-
-    EXPECT_EXIT(CAnvelopaOpterecenja::BrisiAnvelopu(5), ::testing::ExitedWithCode(0),
-                "idAnv.Valid \\(\\)");
-    EXPECT_NE(ErrorLog().find("ASSERT(idAnv.Valid ())\nFILE: AnvelopaOpterecenja\n"),
-              std::string::npos);
+    EXPECT_EQ(envelopes(), (Rows{{2, L"C"}, {1, L"A"}}));
 }
 
 TEST_F(AnvelopaTest, ReportHeadingNamesTheFirstEnvelopeThatEqualsTheLoad) {
-    TeorijaGuard guard;
     CModelGlobals::nTeorija = 1;
     NapraviModel();
     AddEnvelope(1, L"3", L"Vetar");
     AddEnvelope(2, L"1-2,4", L"Prva");
     AddEnvelope(3, L"4,1,2", L"Druga");
     AddEnvelope(4, L"9", L"Pokvarena");
-
     CGeneralizedLoadCase glc;
     ASSERT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(3, glc), 1);
     EXPECT_EQ(CAnvelopaOpterecenja::DajIspisZaIzvestaj(glc),
@@ -393,9 +211,6 @@ TEST_F(AnvelopaTest, ReportHeadingNamesTheFirstEnvelopeThatEqualsTheLoad) {
               L"Dimenzionisanje grupe slucajeva opterecenja: 1-2,4");
     CGeneralizedLoadCase other;
     other.AddLoadCaseUnit(Unit({{2, 1.0}}, LCU_ANVELOPA));
-    EXPECT_EQ(CAnvelopaOpterecenja::DajIspisZaIzvestaj(other),
-              L"Dimenzionisanje grupe slucajeva opterecenja: 2");
-
     // The caption follows the language.
     ClTranslator::AddTranslation(ClTranslator::Engleski,
                                  L"Dimenzionisanje grupe slucajeva opterecenja",
@@ -406,5 +221,3 @@ TEST_F(AnvelopaTest, ReportHeadingNamesTheFirstEnvelopeThatEqualsTheLoad) {
     ClTranslator::ClearCatalogs();
     EXPECT_EQ(english, L"Design of a group of load cases: 2");
 }
-
-} // namespace

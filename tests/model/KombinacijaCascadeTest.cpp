@@ -5,13 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
 
 /// Every load case and combination of the store as (id -> record bytes).
 using StoreImage = std::map<int32_t, std::vector<uint8_t>>;
+/// The stored combinations as (ordinal, name, generated), by ordinal.
+using Rows = std::vector<std::tuple<int, CString, int>>;
 
 class KombinacijaCascadeTest : public ModelTest {
 protected:
@@ -28,11 +33,11 @@ protected:
         m_p = AddLoadCase(L"P", 2);
         m_w = AddLoadCase(L"W", 3);
         m_s = AddLoadCase(L"S", 4);
-        m_k4 = AddGenerated(4, {{m_g, 1.0}, {m_s, 1.5}});
-        m_k2 = AddCombination(2, {{m_p, 1.0}, {m_w, 1.0}}, L"Vetar");
-        m_k5 = AddCombination(5, {{m_s, 1.0}}, L"Sneg");
-        m_k1 = AddGenerated(1, {{m_g, 1.35}, {m_p, 1.5}});
-        m_k3 = AddGenerated(3, {{m_g, 1.0}, {m_w, 0.0}});
+        AddGenerated(4, {{m_g, 1.0}, {m_s, 1.5}});
+        AddCombination(2, {{m_p, 1.0}, {m_w, 1.0}}, L"Vetar");
+        AddCombination(5, {{m_s, 1.0}}, L"Sneg");
+        AddGenerated(1, {{m_g, 1.35}, {m_p, 1.5}});
+        AddGenerated(3, {{m_g, 1.0}, {m_w, 0.0}});
     }
     void TearDown() override {
         CKombinacijaOpterecenja::bSacuvajKombinacije = 0;
@@ -40,16 +45,10 @@ protected:
     }
 
     CId AddGenerated(int ordinal, std::initializer_list<std::pair<CId, double>> entries) {
-        auto* p = new CKombinacijaOpterecenja;
-        p->Item().SetRedniBroj(ordinal);
-        for (const auto& [id, koef] : entries)
-            p->Item().DodajOsnOpt(koef, id);
-        p->Item().SetGenericName(nullptr, 0);
-        return Insert(p);
-    }
-    const CKombOptItem* Komb(const CId& id) const {
-        const auto* p = Get<CKombinacijaOpterecenja>(id);
-        return p != nullptr ? &p->Item() : nullptr;
+        const CId id = AddCombination(ordinal, entries);
+        Change<CKombinacijaOpterecenja>(
+            id, [](CKombinacijaOpterecenja& k) { k.Item().SetGenericName(nullptr, 0); });
+        return id;
     }
     /// Deletes a load case and closes the gap in the load case ordinals, as the load case
     /// editor does, within the given view.
@@ -61,6 +60,16 @@ protected:
             if (p->DajRedniBroj() > r)
                 p->PostaviRedniBroj(p->DajRedniBroj() - 1);
         }
+    }
+    /// Deletes the load case and runs the cascade in one undo step.
+    template <class Cascade> void DeleteLoadCaseWith(const CId& id, Cascade cascade) {
+        CBaseManager bm;
+        bm.Open(CBaseManager::Write);
+        bm.FreezeUndoCounter();
+        DeleteLoadCase(bm, id);
+        cascade();
+        bm.UnfreezeUndoCounter();
+        bm.Close();
     }
     StoreImage Image() const {
         StoreImage image;
@@ -74,95 +83,65 @@ protected:
         }
         return image;
     }
+    Rows Combinations() const {
+        Rows rows;
+        for (const CId& id : m_base->Ids(CKombinacijaOpterecenja::Type)) {
+            const CKombOptItem& k = Get<CKombinacijaOpterecenja>(id)->Item();
+            rows.emplace_back(k.GetRedniBroj(), k.GetNaziv(), k.IsGenericName());
+        }
+        std::sort(rows.begin(), rows.end());
+        return rows;
+    }
+    /// A cascade that has nothing to do changes nothing and leaves no undo step.
+    template <class Cascade> void ExpectNoChange(Cascade cascade) {
+        const StoreImage before = Image();
+        const int steps = m_base->GetUndoCount();
+        cascade();
+        EXPECT_EQ(Image(), before);
+        EXPECT_EQ(m_base->GetUndoCount(), steps);
+    }
 
     CId m_g, m_p, m_w, m_s;
-    CId m_k1, m_k2, m_k3, m_k4, m_k5;
 };
 
 } // namespace
 
 TEST_F(KombinacijaCascadeTest, DeletingALoadCaseRemovesItsCombinationsRenumbersAndRenames) {
-    ASSERT_EQ(Komb(m_k4)->GetNaziv(), L"I+1.50xIV");
-    {
-        CBaseManager bm;
-        bm.Open(CBaseManager::Write);
-        DeleteLoadCase(bm, m_w); // S becomes III
-        bm.Close();
-    }
-    EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w), 2);
-
-    EXPECT_EQ(Komb(m_k2), nullptr);
-    EXPECT_EQ(Komb(m_k3), nullptr); // its tie to W had coefficient 0
-    ASSERT_EQ(m_base->Count(CKombinacijaOpterecenja::Type), 3);
-    EXPECT_EQ(Komb(m_k1)->GetRedniBroj(), 1);
-    EXPECT_EQ(Komb(m_k1)->GetNaziv(), L"1.35xI+1.50xII");
-    EXPECT_EQ(Komb(m_k4)->GetRedniBroj(), 2);
-    EXPECT_EQ(Komb(m_k4)->GetNaziv(), L"I+1.50xIII"); // S is now III
-    EXPECT_EQ(Komb(m_k4)->IsGenericName(), 1);
-    EXPECT_EQ(Komb(m_k5)->GetRedniBroj(), 3);
-    EXPECT_EQ(Komb(m_k5)->GetNaziv(), L"Sneg"); // the user's name stays
-    EXPECT_EQ(Komb(m_k5)->IsGenericName(), 0);
-
-    // A load case that no combination contains changes nothing and leaves no undo step.
+    ASSERT_EQ(std::get<1>(Combinations()[3]), L"I+1.50xIV");
     const StoreImage before = Image();
     const int steps = m_base->GetUndoCount();
-    EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w), 0);
-    EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId(999)), 0);
-    EXPECT_EQ(Image(), before);
-    EXPECT_EQ(m_base->GetUndoCount(), steps);
-}
+    DeleteLoadCaseWith(m_w, [&] { // S becomes III
+        EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w), 2);
+    });
+    // K3 goes too: its tie to W had coefficient 0. Generated names follow the new ordinals;
+    // the user's name stays.
+    const Rows after = {{1, L"1.35xI+1.50xII", 1}, {2, L"I+1.50xIII", 1}, {3, L"Sneg", 0}};
+    EXPECT_EQ(Combinations(), after);
+    ExpectNoChange([&] {
+        EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w), 0);
+        EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId(999)), 0);
+    });
 
-TEST_F(KombinacijaCascadeTest, CascadeIsOneUndoStepWithTheDeletionThatCausedIt) {
-    const StoreImage before = Image();
-    const int steps = m_base->GetUndoCount();
-    {
-        CBaseManager bm;
-        bm.Open(CBaseManager::Write);
-        bm.FreezeUndoCounter();
-        DeleteLoadCase(bm, m_p);
-        EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_p), 2);
-        bm.UnfreezeUndoCounter();
-        bm.Close();
-    }
-    const StoreImage after = Image();
+    // The cascade is one undo step with the deletion that caused it.
     EXPECT_EQ(m_base->GetUndoCount(), steps + 1);
-    EXPECT_EQ(Komb(m_k3)->GetRedniBroj(), 1);
-    EXPECT_EQ(Komb(m_k3)->GetNaziv(), L"I");
-    EXPECT_EQ(Komb(m_k4)->GetNaziv(), L"I+1.50xIII");
-
+    const StoreImage afterImage = Image();
     ASSERT_TRUE(m_base->Undo());
     EXPECT_EQ(Image(), before);
-    EXPECT_EQ(Komb(m_k1)->GetNaziv(), L"1.35xI+1.50xII");
-    EXPECT_EQ(Komb(m_k1)->GetRedniBroj(), 1);
     ASSERT_TRUE(m_base->Redo());
-    EXPECT_EQ(Image(), after);
+    EXPECT_EQ(Image(), afterImage);
 }
 
 TEST_F(KombinacijaCascadeTest, MissingOrOutOfRangeLoadCasesTakeTheirCombinationsAlong) {
     // X's ordinal lies beyond the number of load cases; K6 holds it with coefficient 0.
     const CId x = AddLoadCase(L"X", 9);
     const CId k6 = AddGenerated(6, {{m_g, 1.0}, {x, 0.0}});
-    {
-        CBaseManager bm;
-        bm.Open(CBaseManager::Write);
-        bm.FreezeUndoCounter();
-        DeleteLoadCase(bm, m_w); // S becomes III, X becomes 8: still beyond 4
-        CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt();
-        bm.UnfreezeUndoCounter();
-        bm.Close();
-    }
-    EXPECT_EQ(Komb(m_k2), nullptr);
-    EXPECT_EQ(Komb(m_k3), nullptr);
-    EXPECT_EQ(Komb(k6), nullptr);
-    ASSERT_EQ(m_base->Count(CKombinacijaOpterecenja::Type), 3);
-    EXPECT_EQ(Komb(m_k1)->GetRedniBroj(), 1);
-    EXPECT_EQ(Komb(m_k4)->GetRedniBroj(), 2);
-    EXPECT_EQ(Komb(m_k4)->GetNaziv(), L"I+1.50xIII");
-    EXPECT_EQ(Komb(m_k5)->GetRedniBroj(), 3);
-    EXPECT_EQ(Komb(m_k5)->GetNaziv(), L"Sneg");
+    // S becomes III, X becomes 8: still beyond 4.
+    DeleteLoadCaseWith(m_w,
+                       [] { CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt(); });
+    EXPECT_EQ(Combinations(),
+              (Rows{{1, L"1.35xI+1.50xII", 1}, {2, L"I+1.50xIII", 1}, {3, L"Sneg", 0}}));
     ASSERT_TRUE(m_base->Undo());
-    EXPECT_NE(Komb(k6), nullptr);
-    EXPECT_EQ(Komb(m_k4)->GetRedniBroj(), 4);
+    EXPECT_EQ(Combinations().size(), 6u);
 
     // Without X the rest is consistent: only K6, the last, goes and nothing else changes.
     {
@@ -171,33 +150,23 @@ TEST_F(KombinacijaCascadeTest, MissingOrOutOfRangeLoadCasesTakeTheirCombinations
         bm.Delete(x);
         bm.Close();
     }
+    const Rows before = Combinations();
     CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt();
-    EXPECT_EQ(Komb(k6), nullptr);
-    EXPECT_EQ(Komb(m_k5)->GetRedniBroj(), 5);
-    EXPECT_EQ(Komb(m_k1)->GetNaziv(), L"1.35xI+1.50xII");
-    const StoreImage before = Image();
-    const int steps = m_base->GetUndoCount();
-    CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt();
-    EXPECT_EQ(Image(), before);
-    EXPECT_EQ(m_base->GetUndoCount(), steps);
+    EXPECT_EQ(Get<CKombinacijaOpterecenja>(k6), nullptr);
+    EXPECT_EQ(Combinations(), Rows(before.begin(), before.end() - 1));
+    ExpectNoChange([] { CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt(); });
 }
 
 TEST_F(KombinacijaCascadeTest, KeepingCombinationsStopsBothCascades) {
     CKombinacijaOpterecenja::bSacuvajKombinacije = 1;
-    CBaseManager bm;
-    bm.Open(CBaseManager::Write);
-    DeleteLoadCase(bm, m_p);
-    bm.Close();
-    const StoreImage before = Image();
-    const int steps = m_base->GetUndoCount();
-    EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_p), 0);
-    CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt();
-    EXPECT_EQ(Image(), before);
-    EXPECT_EQ(m_base->GetUndoCount(), steps);
-
+    DeleteLoadCaseWith(m_p, [] {});
+    ExpectNoChange([&] {
+        EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_p), 0);
+        CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt();
+    });
     CKombinacijaOpterecenja::bSacuvajKombinacije = 0;
     CKombinacijaOpterecenja::BrisiKombOptKojeSadrzeNepostojeciSlOpt();
-    EXPECT_EQ(m_base->Count(CKombinacijaOpterecenja::Type), 3);
+    EXPECT_EQ(Combinations(), (Rows{{1, L"I", 1}, {2, L"I+1.50xIII", 1}, {3, L"Sneg", 0}}));
 }
 
 TEST_F(KombinacijaCascadeTest, OrdinalOutsideTheCombinationsIsAnInvalidArgument) {
@@ -207,10 +176,8 @@ TEST_F(KombinacijaCascadeTest, OrdinalOutsideTheCombinationsIsAnInvalidArgument)
     EXPECT_THROW(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w),
                  CInvalidArgException);
     // The views were closed on the way out: the store can be changed and the cascade run.
-    CBaseManager bm;
-    ASSERT_EQ(bm.Open(CBaseManager::Write), 1);
-    dynamic_cast<CKombinacijaOpterecenja*>(bm.GetW(stray))->Item().SetRedniBroj(6);
-    bm.Close();
+    Change<CKombinacijaOpterecenja>(stray,
+                                    [](CKombinacijaOpterecenja& k) { k.Item().SetRedniBroj(6); });
     EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w), 2);
-    EXPECT_EQ(Komb(stray)->GetRedniBroj(), 4);
+    EXPECT_EQ(Get<CKombinacijaOpterecenja>(stray)->Item().GetRedniBroj(), 4);
 }

@@ -1,182 +1,170 @@
-// Normalization, ordinal sort, ordering and equality of load case units, and the fatal error
-// on a load named twice in one unit.
-#include "ModelFixture.h"
-#include "model/LoadCaseDescriptions.h"
+// Factors, factors for masses and load case units: their records byte for byte, damaged input,
+// normalization, sorting, ordering and equality.
+#include "LoadRecordBytes.h"
 
 #include <gtest/gtest.h>
 
-#include <utility>
 #include <vector>
+
+using namespace loadrec;
 
 namespace {
 
-using Pairs = std::vector<std::pair<int, double>>;
+// Doubles are little-endian IEEE: 0.5 ends in E0 3F, 2.0 in 00 40, -1.0 in F0 BF.
+const std::vector<uint8_t> kFactor3Half = {
+    0x01, 0x00, 0x00, 0x00,                         // version 1
+    0x03, 0x00, 0x00, 0x00,                         // ordinal 3
+    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xE0, 0x3F, // factor 0.5
+};
 
-OCArray<CLoadCaseFactor> Array(const Pairs& pairs) {
-    OCArray<CLoadCaseFactor> arr;
-    for (const auto& [ordinal, factor] : pairs)
-        arr.Add(CLoadCaseFactor(ordinal, factor));
-    return arr;
-}
+const std::vector<uint8_t> kUnitEnvelope = {
+    0x01, 0x00, 0x00, 0x00,                         // version 1
+    0x01, 0x00, 0x00, 0x00,                         // character: envelope
+    0x02, 0x00, 0x00, 0x00,                         // two factors
+    0x01, 0x00, 0x00, 0x00,                         //   version 1
+    0x01, 0x00, 0x00, 0x00,                         //   ordinal 1
+    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x40, //   2.0
+    0x01, 0x00, 0x00, 0x00,                         //   version 1
+    0x04, 0x00, 0x00, 0x00,                         //   ordinal 4
+    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xF0, 0xBF, //   -1.0
+};
 
-CLoadCaseUnit Unit(const Pairs& pairs, eKarakter karakter = LCU_LINEARNA) {
+/// The pairs left after SortLoadCaseFactorArray.
+Pairs Normalized(const Pairs& pairs) {
+    OCArray<CLoadCaseFactor> arr = Unit(pairs).GetFactors();
+    CLoadCaseFactor::SortLoadCaseFactorArray(arr);
     CLoadCaseUnit unit;
-    unit.SetKarakter(karakter);
-    for (const auto& [ordinal, factor] : pairs)
-        unit.Factors().Add(CLoadCaseFactor(ordinal, factor));
-    return unit;
+    unit.Factors() = arr;
+    return PairsOf(&unit);
 }
 
-Pairs PairsOf(const CLoadCaseUnit& unit) {
-    Pairs pairs;
-    for (int i = 0; i < unit.GetSize(); ++i)
-        pairs.emplace_back(unit.GetLoadCaseFactor(i).GetLCRedniBroj(),
-                           unit.GetLoadCaseFactor(i).GetFaktor());
-    return pairs;
-}
-
-Pairs PairsOf(const OCArray<CLoadCaseFactor>& arr) {
-    Pairs pairs;
-    for (const CLoadCaseFactor& f : arr)
-        pairs.emplace_back(f.GetLCRedniBroj(), f.GetFaktor());
-    return pairs;
+Pairs SortedByOrdinal(const Pairs& pairs) {
+    CLoadCaseUnit unit = Unit(pairs);
+    unit.SortirajPoRednomBroju();
+    return PairsOf(&unit);
 }
 
 } // namespace
 
-TEST(LoadCaseUnitNormalization, DropsFactorsZeroWithinToleranceAndSortsByOrdinal) {
-    OCArray<CLoadCaseFactor> arr = Array({{3, 0.5}, {1, 2.0}, {2, 0.0}});
-    CLoadCaseFactor::SortLoadCaseFactorArray(arr);
-    EXPECT_EQ(PairsOf(arr), (Pairs{{1, 2.0}, {3, 0.5}}));
+TEST(LoadCaseUnitRecord, FactorMassFactorAndUnitHaveTheLayoutOfVersionOneBothWays) {
+    EXPECT_EQ(Written(CLoadCaseFactor(3, 0.5)), kFactor3Half);
+    Reader rf(kFactor3Half);
+    CLoadCaseFactor factor;
+    EXPECT_EQ(factor.FromFiller(rf.f()), 1);
+    EXPECT_EQ(factor.GetLCRedniBroj(), 3);
+    EXPECT_EQ(Written(factor), kFactor3Half);
 
+    // The factor for masses is written whole, without nesting the factor record.
+    const std::vector<uint8_t> mass = Bytes().raw(kFactor3Half).i32(-2).get();
+    EXPECT_EQ(Written(CLoadCaseFactorZaMase(3, 0.5, -2)), mass);
+    Reader rm(mass);
+    CLoadCaseFactorZaMase massFactor;
+    EXPECT_EQ(massFactor.FromFiller(rm.f()), 1);
+    EXPECT_EQ(massFactor.DajZavisnostOdSprata(), -2);
+    EXPECT_EQ(Written(massFactor), mass);
+
+    EXPECT_EQ(Written(Unit({{1, 2.0}, {4, -1.0}}, LCU_ANVELOPA)), kUnitEnvelope);
+    Reader ru(kUnitEnvelope);
+    CLoadCaseUnit unit = Unit({{9, 9.0}});
+    EXPECT_EQ(unit.FromFiller(ru.f()), 1);
+    EXPECT_TRUE(unit == Unit({{1, 2.0}, {4, -1.0}}, LCU_ANVELOPA));
+    EXPECT_EQ(ru->Remaining(), 0u);
+
+    // Pairs are taken as they stand in the stream: neither sorted nor cleared of zeros.
+    Reader rs(Bytes().unit(0, {{5, 1.0}, {2, 0.0}}).get());
+    EXPECT_EQ(unit.FromFiller(rs.f()), 1);
+    EXPECT_EQ(unit.GetKarakter(), LCU_LINEARNA);
+    EXPECT_EQ(PairsOf(&unit), (Pairs{{5, 1.0}, {2, 0.0}}));
+}
+
+TEST(LoadCaseUnitRecord, BadInputEndsInTheErrorFlag) {
+    ExpectVersionError<CLoadCaseFactor>(Bytes().i32(2).i32(3).f64(0.5).get(), 2,
+                                        "LoadCaseDescriptions");
+    ExpectVersionError<CLoadCaseFactorZaMase>(Bytes().i32(0).get(), 0, "LoadCaseDescriptions");
+    ExpectVersionError<CLoadCaseUnit>(Bytes().i32(-1).i32(0).i32(0).get(), -1,
+                                      "LoadCaseDescriptions");
+    ExpectDamagedInputFails<CLoadCaseFactorZaMase>(Written(CLoadCaseFactorZaMase(3, 0.5, -2)));
+    ExpectDamagedInputFails<CLoadCaseUnit>(kUnitEnvelope, {8});
+
+    // A factor of a wrong version inside the unit stops the rest of the unit.
+    Reader r(Bytes().i32(1).i32(0).i32(2).factor(1, 1.0).i32(5).i32(2).f64(1.0).get());
+    CLoadCaseUnit unit;
+    unit.FromFiller(r.f());
+    EXPECT_EQ(r->GetErrorMessage(), CString(L"Object version error! Version: 5"));
+    EXPECT_EQ(PairsOf(&unit), (Pairs{{1, 1.0}, {0, 0.0}}));
+}
+
+TEST(LoadCaseUnitNormalization, DropsZerosWithinToleranceSortsAndSetKeepsTheRule) {
+    EXPECT_EQ(Normalized({{3, 0.5}, {1, 2.0}, {2, 0.0}}), (Pairs{{1, 2.0}, {3, 0.5}}));
     // Consecutive zeros: the walk stays where the next pair moved up.
-    arr = Array({{4, 0.0}, {2, 1e-12}, {9, -1e-10}, {1, 0.001}, {5, 0.0}});
-    CLoadCaseFactor::SortLoadCaseFactorArray(arr);
-    EXPECT_EQ(PairsOf(arr), (Pairs{{1, 0.001}}));
-
-    arr = Array({{1, 0.0}, {2, 1e-12}});
-    CLoadCaseFactor::SortLoadCaseFactorArray(arr);
-    EXPECT_TRUE(arr.IsEmpty());
-
-    arr = Array({{6, -1.0}, {5, 1.0}, {4, 2e-9}, {3, 1.0}, {2, 1.0}, {1, 1.0}});
-    CLoadCaseFactor::SortLoadCaseFactorArray(arr);
-    EXPECT_EQ(PairsOf(arr), (Pairs{{1, 1.0}, {2, 1.0}, {3, 1.0}, {4, 2e-9}, {5, 1.0}, {6, -1.0}}));
+    EXPECT_EQ(Normalized({{4, 0.0}, {2, 1e-12}, {9, -1e-10}, {1, 0.001}, {5, 0.0}}),
+              (Pairs{{1, 0.001}}));
+    EXPECT_EQ(Normalized({{6, -1.0}, {5, 1.0}, {4, 2e-9}, {3, 1.0}, {2, 1.0}, {1, 1.0}}),
+              (Pairs{{1, 1.0}, {2, 1.0}, {3, 1.0}, {4, 2e-9}, {5, 1.0}, {6, -1.0}}));
+    // A duplicate whose partner is zero is dropped first and is no error.
+    EXPECT_EQ(Normalized({{2, 1.0}, {2, 0.0}}), (Pairs{{2, 1.0}}));
 
     // Set normalizes, also when given the unit's own list, and then sets the character.
     CLoadCaseUnit unit = Unit({{2, 1.0}, {1, 0.0}, {0, 3.0}});
     unit.Set(unit.GetFactors(), LCU_ANVELOPA);
-    EXPECT_EQ(PairsOf(unit), (Pairs{{0, 3.0}, {2, 1.0}}));
+    EXPECT_EQ(PairsOf(&unit), (Pairs{{0, 3.0}, {2, 1.0}}));
     EXPECT_EQ(unit.GetKarakter(), LCU_ANVELOPA);
-}
 
-TEST(LoadCaseUnitNormalization, SetFaktorRemovesOnlyAnExactZero) {
-    CLoadCaseUnit unit = Unit({{1, 1.0}, {2, 2.0}, {3, 3.0}});
+    // SetFaktor removes a pair only for an exact zero, negative zero included.
+    unit = Unit({{1, 1.0}, {2, 2.0}, {3, 3.0}});
     unit.SetFaktor(1, 1e-12);
-    EXPECT_EQ(PairsOf(unit), (Pairs{{1, 1.0}, {2, 1e-12}, {3, 3.0}}));
     unit.SetFaktor(0, 0.0);
-    EXPECT_EQ(PairsOf(unit), (Pairs{{2, 1e-12}, {3, 3.0}}));
-    unit.SetFaktor(1, -0.0); // negative zero is exactly zero too
-    EXPECT_EQ(PairsOf(unit), (Pairs{{2, 1e-12}}));
+    EXPECT_EQ(PairsOf(&unit), (Pairs{{2, 1e-12}, {3, 3.0}}));
+    unit.SetFaktor(1, -0.0);
+    EXPECT_EQ(PairsOf(&unit), (Pairs{{2, 1e-12}}));
     EXPECT_THROW(unit.SetFaktor(1, 1.0), CInvalidArgException);
-
-    unit.RemoveAll();
-    EXPECT_TRUE(unit.IsEmpty());
-    EXPECT_EQ(unit.GetKarakter(), LCU_LINEARNA);
 }
 
 TEST(LoadCaseUnitNormalization, OrdinalSortIsASelectionSortKeepingZerosAndEqualOrdinals) {
-    CLoadCaseUnit unit = Unit({{2, 1.0}, {1, 0.0}, {2, 3.0}});
-    unit.SortirajPoRednomBroju();
-    EXPECT_EQ(PairsOf(unit), (Pairs{{1, 0.0}, {2, 1.0}, {2, 3.0}}));
-
-    // A selection sort: among equal ordinals the first one found wins a position, and a swap
-    // may carry an equal ordinal past its twin.
-    unit = Unit({{3, 1.0}, {2, 2.0}, {2, 3.0}, {1, 4.0}});
-    unit.SortirajPoRednomBroju();
-    EXPECT_EQ(PairsOf(unit), (Pairs{{1, 4.0}, {2, 2.0}, {2, 3.0}, {3, 1.0}}));
-    unit = Unit({{2, 1.0}, {2, 2.0}, {1, 3.0}});
-    unit.SortirajPoRednomBroju();
-    EXPECT_EQ(PairsOf(unit), (Pairs{{1, 3.0}, {2, 2.0}, {2, 1.0}}));
-
-    unit = Unit({});
-    unit.SortirajPoRednomBroju();
-    EXPECT_TRUE(unit.IsEmpty());
+    EXPECT_EQ(SortedByOrdinal({{2, 1.0}, {1, 0.0}, {2, 3.0}}),
+              (Pairs{{1, 0.0}, {2, 1.0}, {2, 3.0}}));
+    // Among equal ordinals the first one found wins a position, and a swap may carry an equal
+    // ordinal past its twin.
+    EXPECT_EQ(SortedByOrdinal({{3, 1.0}, {2, 2.0}, {2, 3.0}, {1, 4.0}}),
+              (Pairs{{1, 4.0}, {2, 2.0}, {2, 3.0}, {3, 1.0}}));
+    EXPECT_EQ(SortedByOrdinal({{2, 1.0}, {2, 2.0}, {1, 3.0}}),
+              (Pairs{{1, 3.0}, {2, 2.0}, {2, 1.0}}));
+    EXPECT_EQ(SortedByOrdinal({}), Pairs{});
 }
 
-TEST(LoadCaseUnitOrdering, ComparesCharacterThenSizeThenPairsWithTolerance) {
+TEST(LoadCaseUnitOrdering, ComparesCharacterThenSizeThenPairsAndEqualityIsPositional) {
     const CLoadCaseUnit linear = Unit({{9, 100.0}});
-    EXPECT_TRUE(linear < Unit({{1, 0.001}, {2, 1.0}}, LCU_ANVELOPA));
-    EXPECT_TRUE(linear < Unit({}, LCU_ANVELOPA));
-    EXPECT_FALSE(Unit({}, LCU_ANVELOPA) < linear);
-
-    EXPECT_TRUE(Unit({{9, 1.0}}) < Unit({{1, 1.0}, {2, 1.0}}));
-    EXPECT_FALSE(Unit({{1, 1.0}, {2, 1.0}}) < Unit({{9, 1.0}}));
-
-    // The first differing position decides, the ordinal before the factor.
-    EXPECT_TRUE(Unit({{1, 5.0}, {2, 1.0}}) < Unit({{1, 5.0}, {3, 0.0}}));
-    EXPECT_FALSE(Unit({{1, 5.0}, {3, 0.0}}) < Unit({{1, 5.0}, {2, 1.0}}));
-    EXPECT_TRUE(Unit({{1, 1.0}, {2, 9.0}}) < Unit({{1, 2.0}, {2, 0.0}}));
-    EXPECT_FALSE(Unit({{1, 2.0}, {2, 0.0}}) < Unit({{1, 1.0}, {2, 9.0}}));
-
-    // Factors within the tolerance are equal; then the next position decides.
-    EXPECT_TRUE(Unit({{1, 1.0 + 1e-12}, {2, 1.0}}) < Unit({{1, 1.0}, {2, 2.0}}));
-    EXPECT_FALSE(Unit({{1, 1.0}, {2, 2.0}}) < Unit({{1, 1.0 + 1e-12}, {2, 1.0}}));
-    EXPECT_FALSE(Unit({{1, 1.0}}) < Unit({{1, 1.0 + 1e-12}}));
-    EXPECT_FALSE(Unit({{1, 1.0 + 1e-12}}) < Unit({{1, 1.0}}));
-    EXPECT_TRUE(Unit({{1, 1.0}}) < Unit({{1, 1.0 + 1e-6}}));
-}
-
-TEST(LoadCaseUnitOrdering, EqualityIsPositionalWithinTolerance) {
-    EXPECT_TRUE(Unit({{1, 1.0}}) == Unit({{1, 1.0 + 1e-12}}));
-    EXPECT_FALSE(Unit({{1, 1.0}}) != Unit({{1, 1.0 + 1e-12}}));
-    EXPECT_TRUE(Unit({{1, 1.0}}) != Unit({{1, 1.0 + 1e-6}}));
-    EXPECT_TRUE(Unit({{1, 1.0}, {2, 1.0}}) != Unit({{2, 1.0}, {1, 1.0}}));
-    EXPECT_TRUE(Unit({{1, 1.0}}) != Unit({{1, 1.0}}, LCU_ANVELOPA));
-    EXPECT_TRUE(Unit({{1, 1.0}}) != Unit({{1, 1.0}, {2, 0.0}}));
-    EXPECT_TRUE(Unit({}, LCU_ANVELOPA) == Unit({}, LCU_ANVELOPA));
-
-    EXPECT_TRUE(CLoadCaseFactor::EqualLoadCaseFactorArray(Array({{1, 1.0}, {4, -2.0}}),
-                                                          Array({{1, 1.0}, {4, -2.0 + 1e-11}})));
-    EXPECT_FALSE(
-        CLoadCaseFactor::EqualLoadCaseFactorArray(Array({{1, 1.0}}), Array({{1, 1.0}, {2, 1.0}})));
-    EXPECT_FALSE(CLoadCaseFactor::EqualLoadCaseFactorArray(Array({{1, 1.0}}), Array({{2, 1.0}})));
-    EXPECT_TRUE(CLoadCaseFactor::EqualLoadCaseFactorArray(Array({}), Array({})));
-
-    // Copies are independent values.
-    CLoadCaseUnit a = Unit({{1, 1.0}}, LCU_ANVELOPA);
-    CLoadCaseUnit b(a);
-    b.SetFaktor(0, 2.0);
-    EXPECT_EQ(a.GetLoadCaseFactor(0).GetFaktor(), 1.0);
-    a = b;
-    EXPECT_TRUE(a == b);
-}
-
-using LoadCaseFactorFatal = ModelTest;
-
-TEST_F(LoadCaseFactorFatal, LoadNamedTwiceInOneUnitEndsTheProgram) {
-    EXPECT_EXIT(
-        {
-            OCArray<CLoadCaseFactor> arr = Array({{3, 1.0}, {2, 1.0}, {2, 1.0}});
-            CLoadCaseFactor::SortLoadCaseFactorArray(arr);
-        },
-        ::testing::ExitedWithCode(0),
-        "INTERNAL ERROR - PROGRAM TERMINATES\n\\[LoadCaseDescriptions : 81\\]\n"
-        "arrLoadCaseFactors \\[i\\]\\.m_lcId == arrLoadCaseFactors \\[j\\]\\.m_lcId");
-    const std::string log = ErrorLog();
-    EXPECT_NE(log.find("##### BEGINING OF STACK DUMP\n\n"), std::string::npos) << log;
-    EXPECT_NE(log.find("ASSERT(arrLoadCaseFactors [i].m_lcId == arrLoadCaseFactors [j].m_lcId)\n"
-                       "FILE: LoadCaseDescriptions\nLINE: 81\n\n"),
-              std::string::npos)
-        << log;
-
-    // A duplicate whose partner is zero is dropped first and is no error; Set normalizes too.
-    OCArray<CLoadCaseFactor> arr = Array({{2, 1.0}, {2, 0.0}});
-    CLoadCaseFactor::SortLoadCaseFactorArray(arr);
-    EXPECT_EQ(arr.GetSize(), 1);
-    EXPECT_EXIT(
-        {
-            CLoadCaseUnit unit;
-            unit.Set(Array({{2, 1.0}, {2, 1.0}}), LCU_LINEARNA);
-        },
-        ::testing::ExitedWithCode(0), "INTERNAL ERROR - PROGRAM TERMINATES");
+    const CLoadCaseUnit emptyEnvelope = Unit({}, LCU_ANVELOPA);
+    const struct {
+        CLoadCaseUnit a, b;
+        bool less, greater, equal;
+    } rows[] = {
+        // The character first, then the size.
+        {linear, Unit({{1, 0.001}, {2, 1.0}}, LCU_ANVELOPA), true, false, false},
+        {linear, emptyEnvelope, true, false, false},
+        {Unit({{9, 1.0}}), Unit({{1, 1.0}, {2, 1.0}}), true, false, false},
+        // The first differing position decides, the ordinal before the factor.
+        {Unit({{1, 5.0}, {2, 1.0}}), Unit({{1, 5.0}, {3, 0.0}}), true, false, false},
+        {Unit({{1, 1.0}, {2, 9.0}}), Unit({{1, 2.0}, {2, 0.0}}), true, false, false},
+        {Unit({{1, 1.0}, {2, 1.0}}), Unit({{2, 1.0}, {1, 1.0}}), true, false, false},
+        // Factors within the tolerance are equal; then the next position decides.
+        {Unit({{1, 1.0 + 1e-12}, {2, 1.0}}), Unit({{1, 1.0}, {2, 2.0}}), true, false, false},
+        {Unit({{1, 1.0}}), Unit({{1, 1.0 + 1e-12}}), false, false, true},
+        {Unit({{1, 1.0}}), Unit({{1, 1.0 + 1e-6}}), true, false, false},
+        {Unit({{1, 1.0}}), Unit({{1, 1.0}}, LCU_ANVELOPA), true, false, false},
+        {emptyEnvelope, emptyEnvelope, false, false, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << "row " << (&row - rows));
+        EXPECT_EQ(row.a < row.b, row.less);
+        EXPECT_EQ(row.b < row.a, row.greater);
+        EXPECT_EQ(row.a == row.b, row.equal);
+        EXPECT_EQ(row.a != row.b, !row.equal);
+    }
+    // The factor lists alone compare the same way.
+    EXPECT_TRUE(CLoadCaseFactor::EqualLoadCaseFactorArray(
+        Unit({{1, 1.0}, {4, -2.0}}).GetFactors(),
+        Unit({{1, 1.0}, {4, -2.0 + 1e-11}}).GetFactors()));
+    EXPECT_FALSE(CLoadCaseFactor::EqualLoadCaseFactorArray(Unit({{1, 1.0}}).GetFactors(),
+                                                           Unit({{2, 1.0}}).GetFactors()));
 }

@@ -1,11 +1,19 @@
 #pragma once
-// Expected record bytes for the load case tests, spelled out field by field (little-endian) by
-// the test itself, so that a record is checked against its layout and not against the code
-// that writes it.
+// Shared by the tests of the load records: expected record bytes spelled out field by field
+// (little-endian) by the test itself, so that a record is checked against its layout and not
+// against the code that writes it; memory streams to write and read records; the checks every
+// record reader must pass on damaged input; and short ways to build units and id lists.
+#include "model/GeneralizedLoadCase.h"
+#include "model/LoadCaseDescriptions.h"
+#include "model/ModelGlobals.h"
+#include "model/SlucajOpterecenja.h"
 #include "stream/Filler.h"
+
+#include <gtest/gtest.h>
 
 #include <bit>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <utility>
@@ -40,6 +48,13 @@ public:
     Bytes& base(int32_t id = -1, int32_t atribut = 0) { return i32(1).i32(id).i32(atribut); }
     /// A factor record, version 1.
     Bytes& factor(int32_t ordinal, double f) { return i32(1).i32(ordinal).f64(f); }
+    /// A unit record, version 1: character, count, factors.
+    Bytes& unit(int32_t karakter, const std::vector<std::pair<int, double>>& pairs) {
+        i32(1).i32(karakter).i32(static_cast<int32_t>(pairs.size()));
+        for (const auto& [k, f] : pairs)
+            factor(k, f);
+        return *this;
+    }
 
     const std::vector<uint8_t>& get() const { return m_b; }
     size_t size() const { return m_b.size(); }
@@ -59,6 +74,37 @@ private:
 };
 
 using Pairs = std::vector<std::pair<int, double>>;
+using Units = std::vector<CLoadCaseUnit>;
+
+inline CLoadCaseUnit Unit(const Pairs& pairs, eKarakter karakter = LCU_LINEARNA) {
+    CLoadCaseUnit unit;
+    unit.SetKarakter(karakter);
+    for (const auto& [k, f] : pairs)
+        unit.Factors().Add(CLoadCaseFactor(k, f));
+    return unit;
+}
+
+inline Pairs PairsOf(const CLoadCaseUnit* unit) {
+    Pairs pairs;
+    for (int i = 0; unit != nullptr && i < unit->GetSize(); ++i)
+        pairs.emplace_back(unit->GetLoadCaseFactor(i).GetLCRedniBroj(),
+                           unit->GetLoadCaseFactor(i).GetFaktor());
+    return pairs;
+}
+
+inline Units UnitsOf(const CGeneralizedLoadCase& glc) {
+    Units units;
+    for (int i = 0; i < glc.GetSize(); ++i)
+        units.push_back(glc.GetLoadCaseUnit(i));
+    return units;
+}
+
+inline OCArray<CId> Ids(std::initializer_list<int32_t> values) {
+    OCArray<CId> ids;
+    for (const int32_t v : values)
+        ids.Add(CId(v));
+    return ids;
+}
 
 /// The values of a load case record of any version (base record included); the rows an older
 /// version lacks are left out.
@@ -82,7 +128,7 @@ struct CaseRecord {
     int32_t gMarker = 0;
 
     std::vector<uint8_t> Record(int32_t version) const {
-        loadrec::Bytes b;
+        Bytes b;
         b.base(id, atribut).i32(version);
         if (version >= 11)
             b.i32(nda);
@@ -90,11 +136,8 @@ struct CaseRecord {
             b.i32(ulazi);
         if (version >= 9) {
             b.u8(srss ? 1 : 0);
-            if (srss) {
-                b.i32(1).i32(0).i32(static_cast<int32_t>(srss->size()));
-                for (const auto& [k, f] : *srss)
-                    b.factor(k, f);
-            }
+            if (srss)
+                b.unit(0, *srss);
         }
         if (version >= 8)
             b.i32(alternativno);
@@ -114,6 +157,26 @@ struct CaseRecord {
         return b.get();
     }
 };
+
+/// A load case with every field set to something other than its default.
+inline void FillEveryField(CSlucajOpterecenja& s) {
+    s.SetId(CId(5));
+    s.SetAtribut(6);
+    s.SetNaziv(L"G1");
+    s.SetgMarker(1);
+    s.SetKoeficijent(1.5);
+    s.SetStalno(1);
+    s.SetAlternativno(1);
+    s.SetNeKombinujSa(Ids({7, 8}));
+    s.SetUvekKombinujSa(Ids({9}));
+    s.SetSeizmicki(1);
+    s.PostaviNDA(1);
+    s.SetBrojMultimodalnih(4);
+    s.SetUticajUticajneLinije(UL_NORMALNA_SILA);
+    s.PostaviSRSS(Unit({{1, 1.0}, {2, 0.5}})); // weighted: sets flag bit 1 too
+    s.PostaviUlaziUSeizmickiProracun(1);
+    s.PostaviRedniBroj(3);
+}
 
 /// What a record writes into a fresh memory stream.
 template <class T> std::vector<uint8_t> Written(const T& record) {
@@ -142,5 +205,58 @@ private:
 inline std::vector<uint8_t> Prefix(const std::vector<uint8_t>& bytes, size_t n) {
     return std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(n));
 }
+
+/// The bytes with the int32 at the offset replaced.
+inline std::vector<uint8_t> With32(std::vector<uint8_t> bytes, size_t offset, int32_t v) {
+    for (size_t i = 0; i < 4; ++i)
+        bytes.at(offset + i) = static_cast<uint8_t>(static_cast<uint32_t>(v) >> (8 * i));
+    return bytes;
+}
+
+/// A reader of a record must end in the stream's error flag, never in a crash or a huge
+/// allocation: on every truncation of a good record, and when any count at the given offsets
+/// holds more than the stream can, or is negative.
+template <class T>
+void ExpectDamagedInputFails(const std::vector<uint8_t>& good,
+                             std::initializer_list<size_t> countOffsets = {}) {
+    for (size_t n = 0; n < good.size(); ++n) {
+        Reader r(Prefix(good, n));
+        T value;
+        value.FromFiller(r.f());
+        EXPECT_TRUE(r->IsError()) << "record cut after " << n << " bytes";
+    }
+    for (const size_t at : countOffsets) {
+        for (const int32_t count : {0x7FFFFFFF, 0x40000000, -1, INT32_MIN}) {
+            Reader r(With32(good, at, count));
+            T value;
+            value.FromFiller(r.f());
+            EXPECT_TRUE(r->IsError()) << "count " << count << " at " << at;
+        }
+    }
+    // A stream already in error is not read at all.
+    Reader r(good);
+    r->SetError();
+    T value;
+    value.FromFiller(r.f());
+    EXPECT_EQ(r->Position(), 0u);
+}
+
+/// A record of an unknown version is refused with the version error of its source file.
+template <class T>
+void ExpectVersionError(const std::vector<uint8_t>& bytes, int32_t version, const char* source) {
+    Reader r(bytes);
+    T value;
+    EXPECT_EQ(value.FromFiller(r.f()), 0) << version;
+    EXPECT_TRUE(r->IsError()) << version;
+    EXPECT_EQ(r->GetErrorMessage(),
+              CString::Formatted(L"Object version error! Version: %d", version));
+    EXPECT_EQ(r->GetErrorSource(), source);
+}
+
+/// Restores the analysis theory that a test changes.
+struct TeorijaGuard {
+    int saved = CModelGlobals::nTeorija;
+    ~TeorijaGuard() { CModelGlobals::nTeorija = saved; }
+};
 
 } // namespace loadrec

@@ -1,6 +1,6 @@
 #pragma once
 // A fresh document with the host's and the loads module's classes registered, the error log
-// pointed at a temporary directory, and helpers that put load cases, combinations and
+// and TMP pointed at a temporary directory, and helpers that put load cases, combinations and
 // envelopes into the store.
 #include "diag/Assert.h"
 #include "host/Model.h"
@@ -14,8 +14,11 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <initializer_list>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unistd.h>
 #include <utility>
@@ -32,14 +35,13 @@ protected:
         vdiag::SetLogRoot(m_tmp.string() + "/");
         if (const char* old = std::getenv("TMP"))
             m_oldTmp = old;
-        m_hadTmp = std::getenv("TMP") != nullptr;
         ::setenv("TMP", m_tmp.c_str(), 1);
         m_base = std::make_unique<CObjBase>();
         CObjBase::SetCurrent(m_base.get());
     }
     void TearDown() override {
-        if (m_hadTmp)
-            ::setenv("TMP", m_oldTmp.c_str(), 1);
+        if (m_oldTmp)
+            ::setenv("TMP", m_oldTmp->c_str(), 1);
         else
             ::unsetenv("TMP");
         CObjBase::SetCurrent(nullptr);
@@ -49,7 +51,10 @@ protected:
     }
 
     /// The text of the error log that a death test left in the temporary directory.
-    std::string ErrorLog() const;
+    std::string ErrorLog() const {
+        std::ifstream log(m_tmp / "vmerror.log");
+        return std::string(std::istreambuf_iterator<char>(log), std::istreambuf_iterator<char>());
+    }
 
     /// Stores a load case with the given name and ordinal; returns its id.
     CId AddLoadCase(const CString& naziv, int ordinal) {
@@ -87,21 +92,15 @@ protected:
     template <class T> const T* Get(const CId& id) const {
         return dynamic_cast<const T*>(m_base->Find(id));
     }
+    /// Changes a stored object in one opening of the store for writing.
+    template <class T, class F> void Change(const CId& id, F change) {
+        CBaseManager bm;
+        bm.Open(CBaseManager::Write);
+        change(*dynamic_cast<T*>(bm.GetW(id)));
+        bm.Close();
+    }
 
     std::filesystem::path m_tmp;
     std::unique_ptr<CObjBase> m_base;
-    std::string m_oldTmp;
-    bool m_hadTmp = false;
+    std::optional<std::string> m_oldTmp;
 };
-
-inline std::string ModelTest::ErrorLog() const {
-    std::string text;
-    if (FILE* f = std::fopen((m_tmp / "vmerror.log").c_str(), "r")) {
-        char buf[4096];
-        size_t n;
-        while ((n = std::fread(buf, 1, sizeof buf, f)) > 0)
-            text.append(buf, n);
-        std::fclose(f);
-    }
-    return text;
-}

@@ -2,6 +2,8 @@
 // A temporary directory for one test, removed with everything in it when the test ends.
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -14,8 +16,11 @@ public:
         m_path = pattern;
     }
     ~CTempDir() {
-        std::error_code ec;
-        std::filesystem::remove_all(m_path, ec);
+        // A test may have taken the write permission away.
+        namespace fs = std::filesystem;
+        std::error_code ignored;
+        fs::permissions(m_path, fs::perms::owner_all, fs::perm_options::add, ignored);
+        fs::remove_all(m_path, ignored);
     }
     CTempDir(const CTempDir&) = delete;
     CTempDir& operator=(const CTempDir&) = delete;
@@ -25,3 +30,9 @@ public:
 private:
     std::filesystem::path m_path;
 };
+
+/// The whole content of a file, empty when it cannot be read.
+inline std::string ReadText(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}

@@ -10,76 +10,63 @@ namespace {
 
 class MaintenanceTest : public ServicesTest {
 protected:
-    /// Load cases by ordinal -> name.
-    std::map<int, CString> Slucajevi() const {
-        std::map<int, CString> m;
+    /// Load cases and combinations by ordinal -> name.
+    std::pair<std::map<int, CString>, std::map<int, CString>> Sadrzaj() const {
+        std::pair<std::map<int, CString>, std::map<int, CString>> m;
         for (const CId& id : m_base->Ids(CBaseManager::SlucajOpterecenjaType))
-            m[Get<CSlucajOpterecenja>(id)->DajRedniBroj()] =
+            m.first[Get<CSlucajOpterecenja>(id)->DajRedniBroj()] =
                 Get<CSlucajOpterecenja>(id)->GetNaziv();
+        for (const CId& id : m_base->Ids(CBaseManager::KombinacijaOpterecenjaType))
+            m.second[Get<CKombinacijaOpterecenja>(id)->Item().GetRedniBroj()] =
+                Get<CKombinacijaOpterecenja>(id)->Item().GetNaziv();
         return m;
     }
-    /// Combinations by ordinal -> name.
-    std::map<int, CString> Kombinacije() const {
-        std::map<int, CString> m;
-        for (const CId& id : m_base->Ids(CBaseManager::KombinacijaOpterecenjaType)) {
-            const auto& item = Get<CKombinacijaOpterecenja>(id)->Item();
-            m[item.GetRedniBroj()] = item.GetNaziv();
-        }
-        return m;
-    }
-    CId Generisana(int rb, std::initializer_list<std::pair<CId, double>> clanovi) {
+    /// A combination with a generated name.
+    void Generisana(int rb, std::initializer_list<std::pair<CId, double>> clanovi) {
         auto* p = new CKombinacijaOpterecenja;
         p->Item().SetRedniBroj(rb);
         for (const auto& [id, k] : clanovi)
             p->Item().DodajOsnOpt(k, id);
         p->Item().SetGenericName(nullptr, 0);
-        return Insert(p);
+        Insert(p);
     }
     void TackastoOpterecenje(const CId& slucaj) {
         auto* p = new CTackastoOpterecenje;
         p->SetSlOptId(slucaj);
         Insert(p);
     }
+    using Mapa = std::map<int, CString>;
 };
 
 } // namespace
 
-TEST_F(MaintenanceTest, DeletingSeismicCasesRemovesEveryCombinationThatUsesThem) {
+TEST_F(MaintenanceTest, DeletingSeismicOrSrssCasesRemovesEveryCombinationThatUsesThem) {
     const CId g = Slucaj(L"G", 1);
     const CId sx = Slucaj(L"Sx", 2, Seizmicki);
     const CId q = Slucaj(L"Q", 3);
     const CId sy = Slucaj(L"Sy", 4, Nda);
     const CId w = Slucaj(L"W", 5);
+    const CId srss = Slucaj(L"SRSS", 6, Srss({2, 4}));
+    Slucaj(L"E", 7, [](CSlucajOpterecenja& s) { s.PostaviSRSS(CLoadCaseUnit()); });
     Generisana(1, {{g, 1.0}, {q, 1.5}});
     Generisana(2, {{g, 1.0}, {sx, 0.0}}); // a member with coefficient 0 still counts
     Generisana(3, {{sy, 1.0}, {g, 1.0}});
     Generisana(4, {{q, 1.0}, {w, 1.5}});
-    AddCombination(5, {{sx, 1.0}}, L"Rucno");
+    Generisana(5, {{g, 1.0}, {srss, 1.0}});
     AddCombination(6, {{w, 2.0}}, L"Rucno W");
     const int koraci = m_base->GetUndoCount();
 
-    COpterecenjeApp::BrisanjeSeizmickihSlOpt();
-    // Ordinals of load cases are left as they are; combinations are renumbered and their
-    // generated names rebuilt.
-    EXPECT_EQ(Slucajevi(), (std::map<int, CString>{{1, L"G"}, {3, L"Q"}, {5, L"W"}}));
-    EXPECT_EQ(Kombinacije(),
-              (std::map<int, CString>{{1, L"I+1.50xIII"}, {2, L"III+1.50xV"}, {3, L"Rucno W"}}));
-    EXPECT_EQ(m_base->GetUndoCount(), koraci + 1); // one undo step
-}
-
-TEST_F(MaintenanceTest, DeletingSrssCasesKeepsTheSeismicCasesTheyCombine) {
-    const CId sx = Slucaj(L"Sx", 1, Seizmicki);
-    Slucaj(L"Sy", 2, Seizmicki);
-    const CId srss = Slucaj(L"SRSS", 3, Srss({1, 2}));
-    const CId g = Slucaj(L"G", 4);
-    Slucaj(L"E", 5, [](CSlucajOpterecenja& s) { s.PostaviSRSS(CLoadCaseUnit()); });
-    Generisana(1, {{g, 1.0}, {srss, 1.0}});
-    Generisana(2, {{g, 1.0}, {sx, 1.0}});
-    Generisana(3, {{g, 1.35}});
-
+    // The SRSS case goes; the seismic cases it combines stay. Ordinals of load cases are left
+    // as they are; combinations are renumbered and their generated names rebuilt.
     COpterecenjeApp::BrisanjeSrssSlOpt();
-    EXPECT_EQ(Slucajevi(), (std::map<int, CString>{{1, L"Sx"}, {2, L"Sy"}, {4, L"G"}, {5, L"E"}}));
-    EXPECT_EQ(Kombinacije(), (std::map<int, CString>{{1, L"I+IV"}, {2, L"1.35xIV"}}));
+    EXPECT_EQ(Sadrzaj().first,
+              (Mapa{{1, L"G"}, {2, L"Sx"}, {3, L"Q"}, {4, L"Sy"}, {5, L"W"}, {7, L"E"}}));
+    EXPECT_EQ(Sadrzaj().second.size(), 5u);
+    COpterecenjeApp::BrisanjeSeizmickihSlOpt();
+    EXPECT_EQ(Sadrzaj(),
+              std::make_pair(Mapa{{1, L"G"}, {3, L"Q"}, {5, L"W"}, {7, L"E"}},
+                             Mapa{{1, L"I+1.50xIII"}, {2, L"III+1.50xV"}, {3, L"Rucno W"}}));
+    EXPECT_EQ(m_base->GetUndoCount(), koraci + 2); // one undo step each
 }
 
 TEST_F(MaintenanceTest, InfluenceLineCaseTakesOverTheOnlyCaseOfAnEmptyModel) {
@@ -93,16 +80,13 @@ TEST_F(MaintenanceTest, InfluenceLineCaseTakesOverTheOnlyCaseOfAnEmptyModel) {
     EXPECT_EQ(p->GetStalno(), 0);
     EXPECT_EQ(p->GetgMarker(), 0);
     EXPECT_EQ(p->GetUticajUticajneLinije(), UL_MOMENT);
-    EXPECT_EQ(p->DajRedniBroj(), 1);
     // The standard selector is refilled at position 1.
     EXPECT_EQ(m_host.Izbor(), 1);
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 1: UL Mx"));
     EXPECT_TRUE(CVortaUtils::g_bAktivanSlOptUticajneLinije);
-
     COpterecenjeApp::IzmeniSlOptUticajneLinije(L"UL Tz", id);
     EXPECT_EQ(Get<CSlucajOpterecenja>(id)->GetNaziv(), CString(L"UL Tz"));
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 1: UL Tz"));
-
     // In results mode the refill passes 0 for the first case.
     m_host.m_bRezultati = true;
     COpterecenjeApp::IzmeniSlOptUticajneLinije(L"UL N", id);
@@ -110,21 +94,18 @@ TEST_F(MaintenanceTest, InfluenceLineCaseTakesOverTheOnlyCaseOfAnEmptyModel) {
     EXPECT_EQ(m_host.Izbor(), 0);
 }
 
-TEST_F(MaintenanceTest, InfluenceLineCaseIsAppendedAfterSeismicAndSrssCasesAreGone) {
+TEST_F(MaintenanceTest, InfluenceLineCaseIsAppendedOtherwise) {
+    // After the seismic and SRSS cases (and their combinations) are gone.
     const CId g = Slucaj(L"G", 1);
     const CId sx = Slucaj(L"Sx", 2, Seizmicki);
     Slucaj(L"SRSS", 3, Srss({2}));
     Generisana(1, {{g, 1.0}, {sx, 1.0}});
     Generisana(2, {{g, 1.35}});
     TackastoOpterecenje(g);
-
     const CId id = COpterecenjeApp::DodajSlOptUticajneLinije(L"UL", UL_POMERANJE);
-    EXPECT_EQ(Slucajevi(), (std::map<int, CString>{{1, L"G"}, {2, L"UL"}}));
-    EXPECT_EQ(Kombinacije(), (std::map<int, CString>{{1, L"1.35xI"}}));
-    const auto* p = Get<CSlucajOpterecenja>(id);
-    EXPECT_EQ(p->DajRedniBroj(), 2);
-    EXPECT_EQ(p->GetKoeficijent(), 0.0);
-    EXPECT_EQ(p->GetUticajUticajneLinije(), UL_POMERANJE);
+    EXPECT_EQ(Sadrzaj(), std::make_pair(Mapa{{1, L"G"}, {2, L"UL"}}, Mapa{{1, L"1.35xI"}}));
+    EXPECT_EQ(Get<CSlucajOpterecenja>(id)->GetKoeficijent(), 0.0);
+    EXPECT_EQ(Get<CSlucajOpterecenja>(id)->GetUticajUticajneLinije(), UL_POMERANJE);
     EXPECT_EQ(m_host.Izbor(), 2);
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 2: UL"));
 }
@@ -133,7 +114,6 @@ TEST_F(MaintenanceTest, InfluenceLineCaseIsAppendedBesideAMarkedOrSecondCase) {
     Slucaj(L"G", 1, [](CSlucajOpterecenja& s) { s.SetgMarker(1); });
     const CId id = COpterecenjeApp::DodajSlOptUticajneLinije(L"UL", UL_MOMENT);
     EXPECT_EQ(Get<CSlucajOpterecenja>(id)->DajRedniBroj(), 2);
-
     m_host.m_bRezultati = true;
     const CId drugi = COpterecenjeApp::DodajSlOptUticajneLinije(L"UL2", UL_MOMENT);
     EXPECT_EQ(Get<CSlucajOpterecenja>(drugi)->DajRedniBroj(), 3);
@@ -143,8 +123,7 @@ TEST_F(MaintenanceTest, InfluenceLineCaseIsAppendedBesideAMarkedOrSecondCase) {
 
 TEST_F(MaintenanceTest, OrdinalCheckAfterDeletingACaseBeforeOthersEndsTheProgram) {
     Slucaj(L"Sx", 1, Seizmicki);
-    const CId g = Slucaj(L"G", 2);
-    TackastoOpterecenje(g);
+    TackastoOpterecenje(Slucaj(L"G", 2));
     EXPECT_EXIT(COpterecenjeApp::DodajSlOptUticajneLinije(L"UL", UL_MOMENT),
                 ::testing::ExitedWithCode(0), "nIndex >= 0 && nIndex < nOsnovnihOpt");
 }
@@ -156,7 +135,6 @@ TEST_F(MaintenanceTest, EnvelopeActivationFollowsTheResultsSelector) {
     const CId e2 = AddEnvelope(2, L"2", L"E2");
     m_host.m_bRezultati = true;
     COpterecenjeApp::UpdateComboResults(0);
-
     COpterecenjeApp::AktivirajAnvelopu(2);
     EXPECT_EQ(COpterecenjeApp::DajAktivnuAnvelopu(), 2);
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, e2);
@@ -165,7 +143,6 @@ TEST_F(MaintenanceTest, EnvelopeActivationFollowsTheResultsSelector) {
     // Envelope 0 activates the item before the first envelope.
     COpterecenjeApp::AktivirajAnvelopu(0);
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_nTip, CComboItem::KOMBINACIJA);
-
     COpterecenjeApp::ResetAnvelope();
     EXPECT_EQ(COpterecenjeApp::DajAktivnuAnvelopu(), 0);
     EXPECT_FALSE(CComboItemArray::GetActiveItem().m_Id.Valid());

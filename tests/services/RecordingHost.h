@@ -2,8 +2,8 @@
 // A host for the tests of the load services. RecordingHost is a main frame that records what
 // the module tells it (announced loads, repaints, unit updates) and answers what the module
 // asks (current load, phase, mode, running command). ServicesTest installs it together with a
-// message box presenter that records every box and answers from a script, a views handler
-// that counts refreshes, and a ChangeLoadCaseTo that records the loads made current.
+// message box presenter that records every box and answers OK, a views handler that records
+// refreshes, and a ChangeLoadCaseTo that records the loads made current.
 #include "host/MainFrame.h"
 #include "host/MessageBox.h"
 #include "host/VortaUtils.h"
@@ -14,11 +14,7 @@
 #include "services/Opterecenje.h"
 #include "toler/Toler.h"
 
-#include <cstdlib>
-#include <deque>
 #include <functional>
-#include <optional>
-#include <string>
 #include <vector>
 
 struct Najava {
@@ -27,17 +23,11 @@ struct Najava {
     int anvelopa = 0;
 };
 
-struct Poruka {
-    CString tekst;
-    CString naslov;
-    unsigned tip = 0;
-};
-
 class RecordingHost : public CMainFrame {
 public:
     CId GetCurrentSloptId(int& number) const override {
         number = m_nTekuciBroj;
-        return m_idTekuci;
+        return CId();
     }
     int GetBrojTekuceFazeGradjenja() const override { return m_nFaza; }
     bool IsCommandActive() const override { return m_bKomandaAktivna; }
@@ -55,11 +45,9 @@ public:
 
     // what the host answers
     int m_nTekuciBroj = 0;
-    CId m_idTekuci;
     int m_nFaza = 0;
     bool m_bKomandaAktivna = false;
     bool m_bRezultati = false;
-
     // what the module did
     std::vector<Najava> m_najave;
     int m_nUpdateUnit = 0;
@@ -69,27 +57,22 @@ public:
 class ServicesTest : public ModelTest {
 protected:
     void SetUp() override {
-        // The document fixture points TMP at its own directory, which goes at the end of the
-        // test: the previous value is restored so that tests can run one after another.
-        if (const char* tmp = std::getenv("TMP"))
-            m_staroTmp = tmp;
         ModelTest::SetUp();
         CMainFrame::Install(&m_host);
         s_pTest = this;
         CVortaMessageBox::SetPresenter([this](const CString& text, const CString& caption,
                                               unsigned type, const std::vector<CString>&) {
-            m_poruke.push_back({text, caption, type});
-            if (m_odgovori.empty())
-                return static_cast<int>(CVortaMessageBox::IDOK);
-            const int odgovor = m_odgovori.front();
-            m_odgovori.pop_front();
-            return odgovor;
+            m_poruke.push_back(text);
+            m_poslednja = {caption, type};
+            return static_cast<int>(CVortaMessageBox::IDOK);
         });
         CVortaUtils::SetViewsHandler([this](int a, int b, int c, int d, int e) {
             m_osvezavanja.push_back({a, b, c, d, e});
         });
-        COpterecenjeApp::ChangeLoadCaseTo = &ZabeleziPromenu;
-
+        COpterecenjeApp::ChangeLoadCaseTo = [](const CGeneralizedLoadCase& glc, int flag) {
+            s_pTest->m_promene.emplace_back(glc, flag);
+            return 1;
+        };
         COpterecenjeApp::SetTeorija(1);
         COpterecenjeApp::ResetArrayLabilnihSlOpt();
         COpterecenjeApp::gComboItemArray.RemoveAll();
@@ -110,10 +93,6 @@ protected:
         s_pTest = nullptr;
         COpterecenjeApp::SetTeorija(1);
         ModelTest::TearDown();
-        if (m_staroTmp)
-            ::setenv("TMP", m_staroTmp->c_str(), 1);
-        else
-            ::unsetenv("TMP");
     }
 
     /// Stores a load case and lets the caller set it up further.
@@ -131,51 +110,38 @@ protected:
     static void UticajnaLinija(CSlucajOpterecenja& s) { s.SetUticajUticajneLinije(UL_MOMENT); }
     /// An SRSS case over the given load case ordinals.
     static std::function<void(CSlucajOpterecenja&)> Srss(std::initializer_list<int> ordinals) {
-        return [ordinals](CSlucajOpterecenja& s) {
-            OCArray<CLoadCaseFactor> f;
-            for (int o : ordinals)
-                f.Add(CLoadCaseFactor(o, 1.0));
-            CLoadCaseUnit u;
-            u.Set(f, LCU_LINEARNA);
-            s.PostaviSRSS(u);
-        };
+        return [u = Unit({}, ordinals)](CSlucajOpterecenja& s) { s.PostaviSRSS(u); };
     }
-
+    /// A linear unit of (ordinal, factor) pairs, then ordinals with factor 1.
     static CLoadCaseUnit Unit(std::initializer_list<std::pair<int, double>> faktori,
-                              eKarakter karakter = LCU_LINEARNA) {
+                              std::initializer_list<int> celi = {}) {
         CLoadCaseUnit u;
         for (const auto& [rb, f] : faktori)
             u.Factors().Add(CLoadCaseFactor(rb, f));
-        u.SetKarakter(karakter);
+        for (const int rb : celi)
+            u.Factors().Add(CLoadCaseFactor(rb, 1.0));
+        u.SetKarakter(LCU_LINEARNA);
         return u;
     }
-
-    /// The warnings shown so far, by text.
-    std::vector<CString> Upozorenja() const {
-        std::vector<CString> tekstovi;
-        for (const Poruka& p : m_poruke)
-            tekstovi.push_back(p.tekst);
-        return tekstovi;
+    /// Makes a change to a stored object in one opening for writing.
+    template <class T> void Promeni(const CId& id, const std::function<void(T&)>& promena) {
+        CBaseManager bm;
+        bm.Open(CBaseManager::Write);
+        promena(*dynamic_cast<T*>(bm.GetW(id)));
+        bm.Close();
     }
 
     RecordingHost m_host;
-    std::vector<Poruka> m_poruke;
-    std::deque<int> m_odgovori;
+    std::vector<CString> m_poruke;            // the texts of the message boxes shown
+    std::pair<CString, unsigned> m_poslednja; // caption and type of the last one
     std::vector<std::vector<int>> m_osvezavanja;
     std::vector<std::pair<CGeneralizedLoadCase, int>> m_promene;
 
 private:
-    std::optional<std::string> m_staroTmp;
-
-    static int ZabeleziPromenu(const CGeneralizedLoadCase& glc, int flag) {
-        if (s_pTest != nullptr)
-            s_pTest->m_promene.emplace_back(glc, flag);
-        return 1;
-    }
     static inline ServicesTest* s_pTest = nullptr;
 };
 
-/// LoadCaseUnitToRedniBroj as the plain walk over all combinations, for comparison.
+/// LoadCaseUnitToRedniBroj as the plain walk over all combinations in store order.
 inline int RedniBrojDoslovno(const CLoadCaseUnit& u) {
     if (u.GetSize() == 1 && CToler::Jednaki(u.GetLoadCaseFactor(0).GetFaktor(), 1.0))
         return u.GetLoadCaseFactor(0).GetLCRedniBroj();
@@ -183,29 +149,24 @@ inline int RedniBrojDoslovno(const CLoadCaseUnit& u) {
     bm.Open(CBaseManager::Read);
     const int nSlOpt = bm.Count(CBaseManager::SlucajOpterecenjaType);
     bm.Select(CBaseManager::KombinacijaOpterecenjaType);
-    int rezultat = 0;
-    for (CId id = bm.GetFirst(); id.Valid() && rezultat == 0; id = bm.GetNext()) {
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
         const auto& item = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id))->Item();
         OCArray<CLoadCaseFactor> lista;
         for (int k = 0; k < item.GetBrojOsnOpt(); ++k) {
             double koef = 0.0;
             CId sl;
             item.GetOsnOptByIndex(k, koef, sl);
-            if (CToler::Jednaki(koef, 0.0) || !sl.Valid())
-                continue;
-            lista.Add(CLoadCaseFactor(
-                dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(sl))->DajRedniBroj(), koef));
+            if (!CToler::Jednaki(koef, 0.0) && sl.Valid())
+                lista.Add(CLoadCaseFactor(
+                    dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(sl))->DajRedniBroj(), koef));
         }
         CLoadCaseFactor::SortLoadCaseFactorArray(lista);
-        if (lista.GetSize() != u.GetSize())
-            continue;
-        bool isti = true;
+        bool isti = lista.GetSize() == u.GetSize();
         for (int i = 0; i < lista.GetSize() && isti; ++i)
             isti = lista[i].GetLCRedniBroj() == u.GetLoadCaseFactor(i).GetLCRedniBroj() &&
                    !CToler::Razliciti(lista[i].GetFaktor(), u.GetLoadCaseFactor(i).GetFaktor());
         if (isti)
-            rezultat = nSlOpt + item.GetRedniBroj();
+            return nSlOpt + item.GetRedniBroj();
     }
-    bm.Close();
-    return rezultat;
+    return 0;
 }

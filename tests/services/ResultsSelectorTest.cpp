@@ -19,18 +19,35 @@ protected:
         m_q = Slucaj(L"Q", 2);
         m_g = Slucaj(L"G", 1);
         m_sx = Slucaj(L"Sx", 3, Seizmicki);
-        m_dda = Slucaj(L"DDA", 4, Nda);
-        m_k2 = AddCombination(2, {{m_g, 1.0}, {m_sx, 1.0}}, L"G+Sx");
+        Slucaj(L"DDA", 4, Nda);
+        AddCombination(2, {{m_g, 1.0}, {m_sx, 1.0}}, L"G+Sx");
         m_k1 = AddCombination(1, {{m_g, 1.35}, {m_q, 1.5}}, L"1.35xI+1.50xII");
         m_a1 = AddEnvelope(1, L"1-6", L"Sve");
-        m_a2 = AddEnvelope(2, L"1-9", L"Lose");
+        AddEnvelope(2, L"1-9", L"Lose");
         m_a3 = AddEnvelope(3, L"5");
+        COpterecenjeApp::UpdateComboResults(0);
+    }
+    /// Load cases A, B and C, and an empty combination.
+    void Malo() {
+        int rb = 0;
+        for (const wchar_t* naziv : {L"A", L"B", L"C"})
+            Slucaj(naziv, ++rb);
+        AddCombination(1, {});
+        COpterecenjeApp::UpdateComboResults(0);
     }
     void Izaberi(int pozicija) {
         m_host.Combo().SetCurSel(pozicija);
         COpterecenjeApp::OnComboResults();
     }
-    CId m_g, m_q, m_sx, m_dda, m_k1, m_k2, m_a1, m_a2, m_a3;
+    using Clanovi = std::vector<std::pair<int, double>>;
+    /// The first unit of the load made current last.
+    Clanovi Tekuca() const {
+        Clanovi unit;
+        for (const CLoadCaseFactor& f : m_promene.back().first.GetLoadCaseUnit(0).GetFactors())
+            unit.emplace_back(f.GetLCRedniBroj(), f.GetFaktor());
+        return unit;
+    }
+    CId m_g, m_q, m_sx, m_k1, m_a1, m_a3;
 };
 
 const CString kNisuProracunati =
@@ -38,15 +55,16 @@ const CString kNisuProracunati =
 const CString kAnvelopa = L"Izabrani anvelopski slucaj nije u saglasnosti sa ukupnim brojem "
                           L"slucajeva i kombinacija opterecenja.";
 
-void NapraviImeDDA(CString& naziv) {
-    naziv = L"NDA: " + naziv;
-}
-
 } // namespace
 
 TEST_F(ResultsSelectorTest, ListsEveryLoadOnTheGlobalScaleWithItsMarks) {
+    CVortaUtils::s_bLoading = true; // nothing is refilled while a model is loaded
     Model();
-    COpterecenjeApp::NapraviImeDDASlOpt = &NapraviImeDDA;
+    EXPECT_TRUE(m_host.Lista().empty());
+    EXPECT_TRUE(COpterecenjeApp::gComboItemArray.IsEmpty());
+    CVortaUtils::s_bLoading = false;
+
+    COpterecenjeApp::NapraviImeDDASlOpt = [](CString& naziv) { naziv = L"NDA: " + naziv; };
     CSlucajOpterecenja::SetIndexTonaZaRedniBrojMM(3, 2);
     CSlucajOpterecenja::SetIndexTonaZaRedniBrojMM(5, 7); // the ordinal of no load case
     COpterecenjeApp::UpdateComboResults(0);
@@ -61,14 +79,12 @@ TEST_F(ResultsSelectorTest, ListsEveryLoadOnTheGlobalScaleWithItsMarks) {
     EXPECT_EQ(items[4].m_Id, m_k1);
     EXPECT_EQ(items[8].m_nTip, CComboItem::ANVELOPA);
     EXPECT_EQ(items[8].m_Id, m_a3);
-
     // Selected: position 0, the first load case, announced once.
     EXPECT_EQ(m_host.Izbor(), 0);
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, m_g);
+    COpterecenjeApp::UpdateComboResults(0);
     ASSERT_EQ(m_host.m_najave.size(), 1u);
     EXPECT_EQ(m_host.m_najave[0].tekst, CString(L"Opterecenje 1: G"));
-    COpterecenjeApp::UpdateComboResults(0);
-    EXPECT_EQ(m_host.m_najave.size(), 1u);
 
     COpterecenjeApp::MarkAsLabilanSlOpt(2);
     COpterecenjeApp::MarkAsLabilanSlOpt(6);
@@ -99,7 +115,6 @@ TEST_F(ResultsSelectorTest, EnvelopeMarksAgreeWithThePlainBuildUnderBothTheories
                                          L"2-4", L"3-3", L"10", L"",  L"8,9"};
     for (size_t i = 0; i < izbori.size(); ++i)
         AddEnvelope(static_cast<int>(i) + 1, izbori[i]);
-
     const std::vector<std::vector<int>> oznake = {{3}, {9}, {2}, {5}, {6, 7}, {0}};
     for (const std::vector<int>& labilni : oznake) {
         for (int teorija : {1, 2}) {
@@ -113,28 +128,18 @@ TEST_F(ResultsSelectorTest, EnvelopeMarksAgreeWithThePlainBuildUnderBothTheories
             for (size_t i = 0; i < izbori.size(); ++i) {
                 CGeneralizedLoadCase glc;
                 CString ocekivan;
-                if (!CAnvelopaOpterecenja::GeneralizedLoadcase(static_cast<int>(i) + 1, glc)) {
+                if (!CAnvelopaOpterecenja::GeneralizedLoadcase(static_cast<int>(i) + 1, glc))
                     ocekivan = L"(?) ";
-                } else {
-                    for (int u = 0; u < glc.GetSize(); ++u)
-                        if (COpterecenjeApp::IsMarkedAsLabilanSlOpt(
-                                RedniBrojDoslovno(glc.GetLoadCaseUnit(u))))
-                            ocekivan = L"(!) ";
-                }
+                for (int u = 0; u < glc.GetSize() && ocekivan.IsEmpty(); ++u)
+                    if (COpterecenjeApp::IsMarkedAsLabilanSlOpt(
+                            RedniBrojDoslovno(glc.GetLoadCaseUnit(u))))
+                        ocekivan = L"(!) ";
                 ocekivan += CString::Formatted(L"%d. [Anv] %ls", static_cast<int>(i) + 10,
                                                izbori[i].c_str());
                 EXPECT_EQ(lista[9 + i], ocekivan) << "theory " << teorija;
             }
         }
     }
-}
-
-TEST_F(ResultsSelectorTest, NothingIsRefilledWhileAModelIsLoaded) {
-    Model();
-    CVortaUtils::s_bLoading = true;
-    COpterecenjeApp::UpdateComboResults(0);
-    EXPECT_TRUE(m_host.Lista().empty());
-    EXPECT_TRUE(COpterecenjeApp::gComboItemArray.IsEmpty());
 }
 
 TEST_F(ResultsSelectorTest, RefreshKeepsTheActiveLoadAndDispatchesIt) {
@@ -146,28 +151,25 @@ TEST_F(ResultsSelectorTest, RefreshKeepsTheActiveLoadAndDispatchesIt) {
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 5: 1.35xI+1.50xII"));
     ASSERT_EQ(m_promene.size(), 1u);
     EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, 5);
-
     // A new load case moves the combination down by one position; it stays chosen.
     Slucaj(L"W", 5);
     COpterecenjeApp::UpdateComboResults(-1);
     EXPECT_EQ(m_host.Izbor(), 5);
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 6: 1.35xI+1.50xII"));
 
-    // The active load is gone: the first item is taken and announced anew.
-    {
-        CBaseManager bm;
-        bm.Open(CBaseManager::Write);
-        bm.Delete(m_k1);
-        bm.Close();
-    }
+    // The active load is gone: the first item is taken and announced anew, by the choice and
+    // by the refill.
+    CBaseManager bm;
+    bm.Open(CBaseManager::Write);
+    bm.Delete(m_k1);
+    bm.Close();
     m_host.m_najave.clear();
     COpterecenjeApp::UpdateComboResults(-1);
     EXPECT_EQ(m_host.Izbor(), 0);
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, m_g);
-    ASSERT_EQ(m_host.m_najave.size(), 2u); // by the choice, and by the refill
+    ASSERT_EQ(m_host.m_najave.size(), 2u);
     EXPECT_EQ(m_host.m_najave[0].tekst, CString(L"Opterecenje 1: G"));
     EXPECT_EQ(m_host.m_najave[1].tekst, CString(L"Opterecenje 1: G"));
-
     // No active item: position 0 without a dispatch.
     COpterecenjeApp::ResetAnvelope();
     const size_t promena = m_promene.size();
@@ -176,12 +178,10 @@ TEST_F(ResultsSelectorTest, RefreshKeepsTheActiveLoadAndDispatchesIt) {
     EXPECT_EQ(m_promene.size(), promena);
 }
 
-TEST_F(ResultsSelectorTest, ChoiceAnnouncesAndMakesTheLoadCurrent) {
+TEST_F(ResultsSelectorTest, ChoiceAnnouncesAndMakesEveryKindOfLoadCurrentInThePhase) {
     Model();
-    COpterecenjeApp::UpdateComboResults(0);
     m_host.m_nFaza = 2;
     CVortaUtils::g_bAktivanSlOptUticajneLinije = true;
-
     Izaberi(6);
     const Najava& n = m_host.m_najave.back();
     EXPECT_EQ(n.tekst, CString(L"Opterecenje 7: [Sve] 1-6"));
@@ -191,58 +191,82 @@ TEST_F(ResultsSelectorTest, ChoiceAnnouncesAndMakesTheLoadCurrent) {
     ASSERT_EQ(m_promene.size(), 1u);
     EXPECT_TRUE(m_promene[0].first.IsAnvelopeType());
     EXPECT_EQ(m_promene[0].first.GetSize(), 6);
-    EXPECT_EQ(m_promene[0].first.GetRbrFaze(), 3);
     EXPECT_EQ(m_host.m_nUpdateUnit, 1);
     EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, 7);
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, m_a1);
-
     Izaberi(1);
     EXPECT_EQ(m_host.m_najave.back().anvelopa, 0);
-    EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, 2);
+    EXPECT_EQ(Tekuca(), (Clanovi{{2, 1.0}}));
+    EXPECT_FALSE(m_promene.back().first.IsAnvelopeType());
+
+    // A combination: its cases, sorted, without the zero and the invalid member; under the
+    // other theory its own place on the scale.
+    CComboItem item;
+    item.m_nTip = CComboItem::KOMBINACIJA;
+    item.m_nBroj = 3;
+    item.m_Id = AddCombination(3, {{m_sx, 0.5}, {m_g, 1.35}, {m_q, 0.0}, {CId(), 2.0}});
+    COpterecenjeApp::OnLoadCaseChange(item);
+    EXPECT_EQ(Tekuca(), (Clanovi{{1, 1.35}, {3, 0.5}}));
+    COpterecenjeApp::SetTeorija(3);
+    COpterecenjeApp::OnLoadCaseChange(item);
+    EXPECT_EQ(Tekuca(), (Clanovi{{7, 1.0}}));
+    for (const auto& [glc, flag] : m_promene) {
+        EXPECT_EQ(glc.GetRbrFaze(), 3);
+        EXPECT_EQ(flag, 0);
+    }
+    EXPECT_EQ(m_osvezavanja, std::vector<std::vector<int>>(4, std::vector<int>{1, 1, 0, 0, 0}));
     EXPECT_TRUE(m_poruke.empty());
 }
 
-TEST_F(ResultsSelectorTest, UnstableChoiceFallsBackToTheLastGoodPosition) {
+TEST_F(ResultsSelectorTest, UnstableOrFailingChoicesWarnAndFallBack) {
     Model();
-    COpterecenjeApp::UpdateComboResults(0);
     Izaberi(4); // accepted: last good position 5
     COpterecenjeApp::MarkAsLabilanSlOpt(2);
     m_host.m_najave.clear();
-
-    Izaberi(1);
-    ASSERT_EQ(m_poruke.size(), 1u);
-    EXPECT_EQ(m_poruke[0].tekst, kNisuProracunati);
-    EXPECT_EQ(m_poruke[0].naslov, CString(L"Upozorenje"));
-    EXPECT_EQ(m_poruke[0].tip, CVortaMessageBox::MB_OK | CVortaMessageBox::MB_ICONWARNING);
+    Izaberi(1); // unstable: back to the last good position
+    EXPECT_EQ(m_poruke, std::vector<CString>{kNisuProracunati});
+    EXPECT_EQ(m_poslednja, std::make_pair(CString(L"Upozorenje"),
+                                          static_cast<unsigned>(CVortaMessageBox::MB_OK |
+                                                                CVortaMessageBox::MB_ICONWARNING)));
     EXPECT_EQ(m_host.Izbor(), 4);
     ASSERT_EQ(m_host.m_najave.size(), 1u);
     EXPECT_EQ(m_host.m_najave[0].tekst, CString(L"Opterecenje 5: 1.35xI+1.50xII"));
     EXPECT_EQ(m_host.m_nRepaint, 1); // the fall-back runs OnCombo
+
+    Izaberi(7); // [Lose] fails: the highest unmarked position is envelope 3
+    EXPECT_EQ(m_poruke.back(), kAnvelopa);
+    EXPECT_EQ(m_host.Izbor(), 8);
+    EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 9: [Anv] 5"));
+    EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, 9);
+    EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, m_a3);
+
+    // The highest unmarked position is a failing envelope itself: refused once.
+    Promeni<CAnvelopaOpterecenja>(m_a3, [](CAnvelopaOpterecenja& a) { a.SetIzbor(L"0"); });
+    COpterecenjeApp::UpdateComboResults(0);
+    EXPECT_EQ(m_host.Lista()[8], CString(L"(?) 9. [Anv] 0"));
+    m_poruke.clear();
+    m_host.m_najave.clear();
+    m_promene.clear();
+    Izaberi(8);
+    EXPECT_EQ(m_poruke, std::vector<CString>{kAnvelopa});
+    EXPECT_EQ(m_host.Izbor(), -1);
+    EXPECT_TRUE(m_host.m_najave.empty());
+    EXPECT_TRUE(m_promene.empty());
 }
 
 TEST_F(ResultsSelectorTest, UnstableChoiceWithoutAGoodPositionTakesTheHighestUnmarked) {
-    Slucaj(L"A", 1);
-    Slucaj(L"B", 2);
-    Slucaj(L"C", 3);
-    AddCombination(1, {});
-    COpterecenjeApp::UpdateComboResults(0);
+    Malo();
     COpterecenjeApp::MarkAsLabilanSlOpt(2);
     COpterecenjeApp::MarkAsLabilanSlOpt(4);
-    m_host.m_najave.clear();
-
     Izaberi(1);
     EXPECT_TRUE(m_poruke.empty()); // silently
     EXPECT_EQ(m_host.Izbor(), 2);
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 3: C"));
     EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, 3);
-}
-
-TEST_F(ResultsSelectorTest, EveryPositionMarkedLeavesNothingChosen) {
-    Slucaj(L"A", 1);
-    Slucaj(L"B", 2);
-    COpterecenjeApp::UpdateComboResults(0);
-    COpterecenjeApp::MarkAsLabilanSlOpt(1);
-    COpterecenjeApp::MarkAsLabilanSlOpt(2);
+    // Every position marked: nothing is chosen.
+    COpterecenjeApp::ResetArrayLabilnihSlOpt();
+    for (int rb = 1; rb <= 4; ++rb)
+        COpterecenjeApp::MarkAsLabilanSlOpt(rb);
     m_host.m_najave.clear();
     Izaberi(1);
     EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, -1);
@@ -251,10 +275,8 @@ TEST_F(ResultsSelectorTest, EveryPositionMarkedLeavesNothingChosen) {
     EXPECT_TRUE(m_poruke.empty());
 }
 
-TEST_F(ResultsSelectorTest, FallBackCheckEndsTheProgramWhenPositionOneIsMarked) {
-    Slucaj(L"A", 1);
-    Slucaj(L"B", 2);
-    COpterecenjeApp::UpdateComboResults(0);
+TEST_F(ResultsSelectorTest, FallBackChecksEndTheProgramWhenTheFallBackIsMarked) {
+    Malo();
     COpterecenjeApp::MarkAsLabilanSlOpt(1);
     // The check tests the truth value of "gnLastGoodStabile != -1", i.e. position 1.
     EXPECT_EXIT(Izaberi(0), ::testing::ExitedWithCode(0),
@@ -262,48 +284,12 @@ TEST_F(ResultsSelectorTest, FallBackCheckEndsTheProgramWhenPositionOneIsMarked) 
     EXPECT_NE(ErrorLog().find("ASSERT(!IsMarkedAsLabilanSlOpt (COpterecenjeApp::gnLastGoodStabile "
                               "!= -1))\nFILE: OpterecenjeSelectors\n"),
               std::string::npos);
-}
-
-TEST_F(ResultsSelectorTest, LastGoodPositionMarkedSinceEndsTheProgram) {
-    Slucaj(L"A", 1);
-    Slucaj(L"B", 2);
-    COpterecenjeApp::UpdateComboResults(0);
-    Izaberi(0);
-    COpterecenjeApp::MarkAsLabilanSlOpt(1);
-    COpterecenjeApp::MarkAsLabilanSlOpt(2);
+    COpterecenjeApp::ResetArrayLabilnihSlOpt();
+    Izaberi(0); // accepted: last good position 1
+    for (int rb = 1; rb <= 4; ++rb)
+        COpterecenjeApp::MarkAsLabilanSlOpt(rb);
     EXPECT_EXIT(Izaberi(1), ::testing::ExitedWithCode(0),
                 "!IsMarkedAsLabilanSlOpt \\(COpterecenjeApp::gnLastGoodStabile\\)");
-}
-
-TEST_F(ResultsSelectorTest, FailingEnvelopeWarnsAndFallsBackToTheHighestUnmarked) {
-    Model();
-    COpterecenjeApp::UpdateComboResults(0);
-    Izaberi(7); // [Lose]: the highest unmarked position is envelope 3
-    ASSERT_EQ(m_poruke.size(), 1u);
-    EXPECT_EQ(m_poruke[0].tekst, kAnvelopa);
-    EXPECT_EQ(m_poruke[0].naslov, CString(L"Upozorenje"));
-    EXPECT_EQ(m_host.Izbor(), 8);
-    EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 9: [Anv] 5"));
-    EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, 9);
-    EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, m_a3);
-}
-
-TEST_F(ResultsSelectorTest, FailingLastEnvelopeIsRefusedOnce) {
-    Model();
-    {
-        CBaseManager bm;
-        bm.Open(CBaseManager::Write);
-        dynamic_cast<CAnvelopaOpterecenja*>(bm.GetW(m_a3))->SetIzbor(L"0");
-        bm.Close();
-    }
-    COpterecenjeApp::UpdateComboResults(0);
-    EXPECT_EQ(m_host.Lista()[8], CString(L"(?) 9. [Anv] 0"));
-    m_host.m_najave.clear();
-    Izaberi(8); // the highest unmarked position is the refused envelope itself
-    EXPECT_EQ(Upozorenja(), std::vector<CString>{kAnvelopa});
-    EXPECT_EQ(m_host.Izbor(), -1);
-    EXPECT_TRUE(m_host.m_najave.empty());
-    EXPECT_TRUE(m_promene.empty());
 }
 
 TEST_F(ResultsSelectorTest, EnvelopeOfUnstableLoadsFallsBackToTheLastGoodPosition) {
@@ -320,7 +306,7 @@ TEST_F(ResultsSelectorTest, EnvelopeOfUnstableLoadsFallsBackToTheLastGoodPositio
     EXPECT_EQ(m_host.Lista()[3], CString(L"(!) 4. [E] 3"));
     m_host.m_najave.clear();
     Izaberi(3);
-    EXPECT_EQ(Upozorenja(), std::vector<CString>{kNisuProracunati});
+    EXPECT_EQ(m_poruke, std::vector<CString>{kNisuProracunati});
     EXPECT_EQ(m_host.Izbor(), 1);
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 2: B"));
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_nBroj, 2);
@@ -333,4 +319,23 @@ TEST_F(ResultsSelectorTest, EnvelopeOfUnstableLoadsFallsBackToTheLastGoodPositio
     EXPECT_TRUE(m_poruke.empty());
     EXPECT_EQ(COpterecenjeApp::gnLastGoodStabile, 4);
     EXPECT_EQ(m_host.m_najave.back().anvelopa, 1);
+}
+
+TEST_F(ResultsSelectorTest, UnknownItemsMissingEnvelopesAndNoHostFunctionEndTheProgram) {
+    Model();
+    CComboItem item;
+    item.m_nTip = 3;
+    EXPECT_EXIT(COpterecenjeApp::OnLoadCaseChange(item), ::testing::ExitedWithCode(0),
+                "Nedozvoljen tip combo item-a\\.");
+    EXPECT_NE(ErrorLog().find("##### BEGINING OF STACK DUMP\n"), std::string::npos);
+    EXPECT_NE(
+        ErrorLog().find("ASSERT(Nedozvoljen tip combo item-a.)\nFILE: OpterecenjeSelectors\n"),
+        std::string::npos);
+    item.m_nTip = CComboItem::ANVELOPA;
+    item.m_nBroj = 7;
+    EXPECT_EXIT(COpterecenjeApp::OnLoadCaseChange(item), ::testing::ExitedWithCode(0),
+                "ASSERT\\(bRet\\)");
+    COpterecenjeApp::ChangeLoadCaseTo = nullptr;
+    EXPECT_EXIT(Izaberi(0), ::testing::ExitedWithCode(0),
+                "ASSERT\\(COpterecenjeApp::ChangeLoadCaseTo\\)");
 }

@@ -1,21 +1,16 @@
 #pragma once
-// Small persistent records for the object base tests, and a temporary directory that also
-// takes the error log of fatal checks.
-#include "diag/Assert.h"
+// Small persistent records for the object store tests, and the store's contents as records.
 #include "objbase/ObjBase.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <optional>
-#include <stdexcept>
-#include <string>
+#include <utility>
 #include <vector>
 
 /// A record with a value and a factor; counts notifications and releases.
-class CTestZapis : public CPooledObj<CTestZapis, 501> {
+template <int TypeNumber>
+class CTestRecord : public CPooledObj<CTestRecord<TypeNumber>, TypeNumber> {
 public:
-    CTestZapis() = default;
-    explicit CTestZapis(int32_t value, double factor = 1.0)
+    CTestRecord() = default;
+    explicit CTestRecord(int32_t value, double factor = 1.0)
         : m_nVrednost(value), m_dFaktor(factor) {}
 
     int ToFiller(CFiller& f) const override {
@@ -26,13 +21,11 @@ public:
         return 1;
     }
     int FromFiller(CFiller& f) override {
-        if (!CObj::FromFiller(f))
-            return 0;
         int32_t version = 0;
-        if (!f.ReadInt32(version))
+        if (!CObj::FromFiller(f) || !f.ReadInt32(version))
             return 0;
         if (version != 1) {
-            CTrFiller::SetObjVerErr(f, "TestZapis", version);
+            CTrFiller::SetObjVerErr(f, "TestRecord", version);
             return 0;
         }
         return f.ReadInt32(m_nVrednost) && f.ReadFloat64(m_dFaktor) ? 1 : 0;
@@ -48,83 +41,28 @@ public:
     inline static int s_nDeleted = 0;
     inline static int s_nReleased = 0;
 };
-
-/// A second record type, with a name-like list of codes, so that stores hold several types.
-class CTestOznaka : public CPooledObj<CTestOznaka, 502> {
-public:
-    int ToFiller(CFiller& f) const override {
-        CObj::ToFiller(f);
-        f.WriteInt32(1);
-        f.WriteInt32(static_cast<int32_t>(m_kodovi.size()));
-        for (const int32_t k : m_kodovi)
-            f.WriteInt32(k);
-        return 1;
-    }
-    int FromFiller(CFiller& f) override {
-        if (!CObj::FromFiller(f))
-            return 0;
-        int32_t version = 0;
-        int32_t count = 0;
-        if (!f.ReadInt32(version) || version != 1 || !f.ReadInt32(count) || !f.CheckCount(count, 4))
-            return 0;
-        m_kodovi.assign(static_cast<size_t>(count), 0);
-        for (int32_t& k : m_kodovi)
-            f.ReadInt32(k);
-        return f.IsError() ? 0 : 1;
-    }
-
-    std::vector<int32_t> m_kodovi;
-};
+using CTestZapis = CTestRecord<501>;
+using CTestOznaka = CTestRecord<502>; // a second type, so that stores hold several
 
 inline void RegisterTestRecords() {
-    if (!CObjBase::IsRegistered(CTestZapis::Type))
-        CObjBase::RegisterSubBase(new CTestZapis, 1);
-    if (!CObjBase::IsRegistered(CTestOznaka::Type))
-        CObjBase::RegisterSubBase(new CTestOznaka, 1);
+    CObjBase::RegisterSubBase(new CTestZapis, 1);
+    CObjBase::RegisterSubBase(new CTestOznaka, 1);
 }
 
-/// A fresh temporary directory, removed with everything in it at the end of the test. Fatal
-/// checks write their error log into it.
-class CTempDir {
-public:
-    CTempDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vorta-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("cannot create a temporary directory");
-        m_path = pattern;
-    }
-    ~CTempDir() {
-        if (m_bLogCaught) {
-            vdiag::SetLogRoot(m_oldRoot);
-            if (m_oldTmp)
-                ::setenv("TMP", m_oldTmp->c_str(), 1);
-            else
-                ::unsetenv("TMP");
-        }
-        std::error_code ignored;
-        std::filesystem::permissions(m_path, std::filesystem::perms::owner_all,
-                                     std::filesystem::perm_options::add, ignored);
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    CTempDir(const CTempDir&) = delete;
-    CTempDir& operator=(const CTempDir&) = delete;
-    const std::filesystem::path& Path() const { return m_path; }
+inline std::vector<uint8_t> RecordBytes(const CObj& obj) {
+    CFiller f;
+    f.Open(CFiller::Mode::Write);
+    obj.ToFiller(f);
+    f.Close();
+    return f.Buffer();
+}
 
-    /// Points the error log and TMP at this directory until the end of the test.
-    void CatchErrorLog() {
-        if (!m_bLogCaught) {
-            m_oldRoot = vdiag::GetLogRoot();
-            if (const char* tmp = std::getenv("TMP"))
-                m_oldTmp = tmp;
-            m_bLogCaught = true;
-        }
-        vdiag::SetLogRoot(m_path.string());
-        ::setenv("TMP", m_path.c_str(), 1);
-    }
-
-private:
-    std::filesystem::path m_path;
-    bool m_bLogCaught = false;
-    std::string m_oldRoot;
-    std::optional<std::string> m_oldTmp;
-};
+/// Every object of a store as its type and the bytes of its record (id and fields), per type
+/// in store order.
+inline std::vector<std::pair<int, std::vector<uint8_t>>> Contents(const CObjBase& base) {
+    std::vector<std::pair<int, std::vector<uint8_t>>> all;
+    for (const int type : CObjBase::GetRegisteredTypes())
+        for (const CId& id : base.Ids(type))
+            all.emplace_back(type, RecordBytes(*base.Find(id)));
+    return all;
+}

@@ -1,50 +1,44 @@
 // Undo and redo of the object base: steps per writing opening, frozen openings joined into
-// one step, and exact restoration of objects, ids, store order and the next id.
+// one step, steps over many objects, and exact restoration of objects, ids, store order and
+// the next id.
 #include "objbase/BaseManager.h"
 #include "platform/objbase/TestRecords.h"
 
 #include <gtest/gtest.h>
-#include <tuple>
 
 namespace {
 
-/// Everything undo must bring back: per type the objects in store order with their ids and
-/// fields, and the next id.
-struct State {
-    std::vector<std::tuple<int32_t, int32_t, double, int32_t>> zapisi; // id, value, factor, attr
-    std::vector<std::pair<int32_t, std::vector<int32_t>>> oznake;      // id, codes
-    int32_t nextId = 0;
-    bool operator==(const State&) const = default;
-};
-
-void PrintTo(const State& s, std::ostream* os) {
-    *os << "next id " << s.nextId << "; records";
-    for (const auto& [id, value, factor, attr] : s.zapisi)
-        *os << " [" << id << ": " << value << ", " << factor << ", " << attr << "]";
-    *os << "; marks";
-    for (const auto& [id, codes] : s.oznake)
-        *os << " [" << id << ": " << codes.size() << " codes]";
-}
-
-State Capture(const CObjBase& base) {
-    State s;
-    for (const CId& id : base.Ids(CTestZapis::Type)) {
-        const auto* z = static_cast<const CTestZapis*>(base.Find(id));
-        s.zapisi.emplace_back(id.GetValue(), z->m_nVrednost, z->m_dFaktor, z->GetAtribut());
-    }
-    for (const CId& id : base.Ids(CTestOznaka::Type))
-        s.oznake.emplace_back(id.GetValue(),
-                              static_cast<const CTestOznaka*>(base.Find(id))->m_kodovi);
-    s.nextId = base.GetNextId();
-    return s;
-}
-
 class UndoRedo : public ::testing::Test {
 protected:
+    /// Everything undo must bring back: the objects of every type in store order with their
+    /// ids and fields, and the next id.
+    using State = std::pair<std::vector<std::pair<int, std::vector<uint8_t>>>, int32_t>;
+
     void SetUp() override { RegisterTestRecords(); }
 
-    CTestZapis* Zapis(CBaseManager& bm, int32_t id) {
+    State Capture() const { return {Contents(m_base), m_base.GetNextId()}; }
+    /// Runs the change in one opening for writing.
+    template <class F> void Step(F change) {
+        CBaseManager bm(CTestZapis::Type, &m_base);
+        CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
+        change(bm);
+    }
+    static CTestZapis* Zapis(CBaseManager& bm, int32_t id) {
         return static_cast<CTestZapis*>(bm.GetW(CId(id)));
+    }
+    /// Undoes every step down to states[0] and redoes them all, checking each state; with
+    /// `first` nothing before states[0] can be undone.
+    void ExpectUndoAndRedoExact(const std::vector<State>& states, bool first = true) {
+        for (size_t k = states.size() - 1; k > 0; --k) {
+            ASSERT_TRUE(m_base.Undo());
+            EXPECT_EQ(Capture(), states[k - 1]) << "after undoing step " << k;
+        }
+        EXPECT_EQ(m_base.CanUndo(), !first);
+        for (size_t k = 1; k < states.size(); ++k) {
+            ASSERT_TRUE(m_base.Redo());
+            EXPECT_EQ(Capture(), states[k]) << "after redoing step " << k;
+        }
+        EXPECT_FALSE(m_base.Redo());
     }
 
     CObjBase m_base;
@@ -53,87 +47,65 @@ protected:
 } // namespace
 
 TEST_F(UndoRedo, SeparateOpeningsAreSeparateStepsUndoneAndRedoneExactly) {
-    std::vector<State> states{Capture(m_base)};
-    auto step = [&](auto change) {
-        CBaseManager bm(CTestZapis::Type, &m_base);
-        CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
-        change(bm);
-        bm.Close();
-        states.push_back(Capture(m_base));
-    };
-    step([](CBaseManager& bm) {
+    std::vector<State> states{Capture()};
+    Step([](CBaseManager& bm) {
         for (int v = 1; v <= 4; ++v)
             bm.Insert(new CTestZapis(v, v * 0.5));
-        auto* o = new CTestOznaka;
-        o->m_kodovi = {7, 8, 9};
-        bm.Insert(o);
+        bm.Insert(new CTestOznaka(5));
     });
-    step([&](CBaseManager& bm) {
+    states.push_back(Capture());
+    Step([](CBaseManager& bm) {
         Zapis(bm, 2)->m_nVrednost = 20;
         Zapis(bm, 2)->m_dFaktor = -1.25; // a second change of the same object in the step
         Zapis(bm, 3)->SetAtribut(77);
     });
-    step([](CBaseManager& bm) {
+    states.push_back(Capture());
+    Step([](CBaseManager& bm) {
         bm.Delete(CId(2)); // from the middle of the store order
         bm.Delete(CId(5));
     });
-    step([](CBaseManager& bm) { bm.Insert(new CTestZapis(6)); });
-    step([&](CBaseManager& bm) {
+    states.push_back(Capture());
+    Step([](CBaseManager& bm) {
         bm.Delete(CId(1));
         bm.Insert(new CTestZapis(7));
-        Zapis(bm, 7)->m_nVrednost = 70;
+        Zapis(bm, 6)->m_nVrednost = 70;
         Zapis(bm, 4)->m_nVrednost = 40;
     });
-    ASSERT_EQ(m_base.GetUndoCount(), 5);
-    EXPECT_EQ(states.back().nextId, 8);
+    states.push_back(Capture());
+    ASSERT_EQ(m_base.GetUndoCount(), 4);
+    // Undo and redo recreate objects from their records without notifying them.
+    const auto notified = std::make_pair(CTestZapis::s_nInserted, CTestZapis::s_nDeleted);
+    ExpectUndoAndRedoExact(states);
+    EXPECT_EQ(std::make_pair(CTestZapis::s_nInserted, CTestZapis::s_nDeleted), notified);
 
-    for (int k = 5; k > 0; --k) {
-        ASSERT_TRUE(m_base.Undo());
-        EXPECT_EQ(Capture(m_base), states[k - 1]) << "after undoing step " << k;
-    }
-    EXPECT_FALSE(m_base.Undo());
-    EXPECT_EQ(m_base.CountAll(), 0);
-    for (int k = 1; k <= 5; ++k) {
-        ASSERT_TRUE(m_base.Redo());
-        EXPECT_EQ(Capture(m_base), states[k]) << "after redoing step " << k;
-    }
-    EXPECT_FALSE(m_base.Redo());
-
-    // Undone deletes bring objects back in their old places, and a new step after an undo
-    // forgets what could have been redone.
+    // Undone deletes bring objects back in their old places, the next id comes back, and a
+    // new step after an undo forgets what could have been redone.
     m_base.Undo();
     m_base.Undo();
-    m_base.Undo();
-    EXPECT_EQ(Capture(m_base), states[2]);
-    EXPECT_TRUE(m_base.CanRedo());
-    step([](CBaseManager& bm) { bm.Insert(new CTestZapis(8)); });
+    EXPECT_EQ(Capture(), states[2]);
+    Step([](CBaseManager& bm) { EXPECT_EQ(bm.Insert(new CTestZapis(8)), CId(6)); });
     EXPECT_FALSE(m_base.CanRedo());
-    EXPECT_EQ(std::get<0>(states.back().zapisi.back()), 6) << "the next id came back with undo";
 }
 
 TEST_F(UndoRedo, FrozenOpeningsJoinOneStep) {
-    {
-        CBaseManager bm(CTestZapis::Type, &m_base);
-        bm.Open(CBaseManager::Write);
+    Step([](CBaseManager& bm) {
         bm.Insert(new CTestZapis(1));
         bm.Insert(new CTestZapis(2));
-    }
-    const State before = Capture(m_base);
-
+    });
+    std::vector<State> states{Capture()};
     // While the counter is frozen, every opening joins the same step.
     m_base.FreezeUndoCounter();
     for (int i = 0; i < 3; ++i) {
-        CBaseManager bm(CTestZapis::Type, &m_base);
-        bm.Open(CBaseManager::Write);
-        bm.Insert(new CTestZapis(10 + i));
-        Zapis(bm, 1)->m_nVrednost += 100;
-        if (i == 1)
-            bm.Delete(CId(2));
+        Step([i](CBaseManager& bm) {
+            bm.Insert(new CTestZapis(10 + i));
+            Zapis(bm, 1)->m_nVrednost += 100;
+            if (i == 1)
+                bm.Delete(CId(2));
+        });
     }
     EXPECT_FALSE(m_base.CanUndo()) << "no undo while a step is in progress";
     m_base.UnfreezeUndoCounter();
-    const State after = Capture(m_base);
-    EXPECT_EQ(m_base.GetUndoCount(), 2);
+    states.push_back(Capture());
 
     // A cascade: a view freezes inside an editor's writing opening, a second view writes and
     // closes, and the editor closes; the freeze left by the editor's view is undone at Close.
@@ -142,51 +114,86 @@ TEST_F(UndoRedo, FrozenOpeningsJoinOneStep) {
         editor.Open(CBaseManager::Write);
         editor.FreezeUndoCounter();
         Zapis(editor, 3)->m_nVrednost = -3;
-        {
-            CBaseManager cascade(CTestZapis::Type, &m_base);
-            cascade.Open(CBaseManager::Write);
+        Step([](CBaseManager& cascade) {
             cascade.FreezeUndoCounter();
             cascade.Delete(CId(4));
             cascade.UnfreezeUndoCounter();
-        }
+        });
         editor.Close();
         EXPECT_FALSE(m_base.IsFrozen());
     }
+    states.push_back(Capture());
     EXPECT_EQ(m_base.GetUndoCount(), 3);
-
-    ASSERT_TRUE(m_base.Undo());
-    EXPECT_EQ(Capture(m_base), after);
-    ASSERT_TRUE(m_base.Undo());
-    EXPECT_EQ(Capture(m_base), before);
-    ASSERT_TRUE(m_base.Redo());
-    EXPECT_EQ(Capture(m_base), after);
+    m_base.SetUndoLimit(2); // drops the oldest step, the first insertion
+    ExpectUndoAndRedoExact(states);
 }
 
-TEST_F(UndoRedo, OpeningsThatChangeNothingLeaveNoStep) {
-    {
-        CBaseManager bm(CTestZapis::Type, &m_base);
-        bm.Open(CBaseManager::Write);
-        bm.Insert(new CTestZapis(1));
-    }
-    {
-        CBaseManager bm(CTestZapis::Type, &m_base);
-        bm.Open(CBaseManager::Write);
+TEST_F(UndoRedo, SmallOpeningsThatChangeNothingLeaveNoStep) {
+    Step([](CBaseManager& bm) { bm.Insert(new CTestZapis(1)); });
+    Step([](CBaseManager& bm) {
         Zapis(bm, 1); // taken for writing but left as it was
         bm.FreezeUndoCounter();
-    }
-    {
-        CBaseManager bm(CTestZapis::Type, &m_base);
-        bm.Open(CBaseManager::Write);
+    });
+    EXPECT_EQ(m_base.GetUndoCount(), 1);
+    EXPECT_TRUE(m_base.Undo());
+    Step([](CBaseManager&) {});
+    EXPECT_TRUE(m_base.Redo()) << "a step that changed nothing keeps what can be redone";
+    Step([](CBaseManager& bm) {
         bm.Insert(new CTestZapis(2));
         bm.Delete(CId(2)); // inserted and deleted: the next id still moved on
-    }
+    });
     EXPECT_EQ(m_base.GetUndoCount(), 2);
-    EXPECT_EQ(m_base.GetNextId(), 3);
     m_base.Undo();
     EXPECT_EQ(m_base.GetNextId(), 2);
-    EXPECT_EQ(m_base.CountAll(), 1);
-
     m_base.SetUndoLimit(0);
-    EXPECT_EQ(m_base.GetUndoCount(), 0);
     EXPECT_FALSE(m_base.Undo());
+}
+
+TEST_F(UndoRedo, StepsOverManyObjectsAreUndoneAndRedoneExactly) {
+    // Steps of 512, 513 and 2001 objects: around the size from which a step takes its after
+    // images only when it is undone.
+    for (const int n : {511, 512, 2000}) {
+        SCOPED_TRACE(n);
+        m_base.Clear();
+        Step([n](CBaseManager& bm) {
+            for (int v = 0; v < n; ++v)
+                bm.Insert(new CTestZapis(v));
+        });
+        std::vector<State> states{Capture()};
+        // Every object taken for writing, every other one changed, two deleted, one added.
+        Step([n](CBaseManager& bm) {
+            for (int id = 1; id <= n; ++id)
+                if (CTestZapis* z = Zapis(bm, id); id % 2 == 0)
+                    z->m_dFaktor = -id;
+            bm.Delete(CId(3));
+            bm.Delete(CId(n));
+            bm.Insert(new CTestOznaka(-1));
+        });
+        states.push_back(Capture());
+        // A later small step over objects of the large one.
+        Step([](CBaseManager& bm) {
+            Zapis(bm, 2)->m_nVrednost = 222;
+            bm.Delete(CId(5));
+        });
+        states.push_back(Capture());
+        ExpectUndoAndRedoExact(states, false);
+    }
+    // Taken for writing without a change: a small step is not kept, a large one is kept and
+    // undoes to the same state.
+    for (const int n : {100, 2000}) {
+        m_base.Clear();
+        const State empty = Capture();
+        Step([n](CBaseManager& bm) {
+            for (int v = 0; v < n; ++v)
+                bm.Insert(new CTestZapis(v));
+        });
+        const State before = Capture();
+        Step([n](CBaseManager& bm) {
+            for (int id = 1; id <= n; ++id)
+                Zapis(bm, id);
+        });
+        EXPECT_EQ(m_base.GetUndoCount(), n > 512 ? 2 : 1) << n;
+        ASSERT_TRUE(m_base.Undo());
+        EXPECT_EQ(Capture(), n > 512 ? before : empty) << n;
+    }
 }

@@ -5,40 +5,26 @@
 
 #include <climits>
 #include <limits>
+#include <tuple>
 #include <utility>
 
-TEST(FormatDouble, FixedDecimalsAndLeadingPlusForSums) {
-    EXPECT_EQ(gfnFormatDouble(1.5, 2, 0), L"1.50");
-    EXPECT_EQ(gfnFormatDouble(1.5, 2, 1), L"+1.50");
-    EXPECT_EQ(gfnFormatDouble(-1.5, 2, 0), L"-1.50");
-    EXPECT_EQ(gfnFormatDouble(-1.5, 2, 1), L"-1.50");
-    EXPECT_EQ(gfnFormatDouble(0.0, 2, 1), L"+0.00");
-    EXPECT_EQ(gfnFormatDouble(1.35, 1, 0), L"1.4");
-    EXPECT_EQ(gfnFormatDouble(1.349, 2, 0), L"1.35");
-    EXPECT_EQ(gfnFormatDouble(1234567.891, 1, 0), L"1234567.9");
-    EXPECT_EQ(gfnFormatDouble(2.7, 0, 0), L"3");
-    EXPECT_EQ(gfnFormatDouble(-2.7, 0, 1), L"-3");
-    EXPECT_EQ(gfnFormatDouble(1.0, -3, 0), L"1");
-    EXPECT_EQ(gfnFormatDouble(1e20, 1, 0), L"100000000000000000000.0");
-}
-
-TEST(FormatDouble, ZeroNeverShowsAMinusAndSpecialValuesAreNamed) {
-    EXPECT_EQ(gfnFormatDouble(-0.0, 2, 0), L"0.00");
-    EXPECT_EQ(gfnFormatDouble(-0.001, 2, 0), L"0.00");
-    EXPECT_EQ(gfnFormatDouble(-0.001, 2, 1), L"+0.00");
-    EXPECT_EQ(gfnFormatDouble(-0.4, 0, 0), L"0");
-    EXPECT_EQ(gfnFormatDouble(-0.006, 2, 0), L"-0.01");
+TEST(FormatDouble, FixedDecimalsLeadingPlusForSumsAndNoMinusOnZero) {
     const double inf = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(gfnFormatDouble(inf, 2, 0), L"inf");
-    EXPECT_EQ(gfnFormatDouble(inf, 2, 1), L"inf");
-    EXPECT_EQ(gfnFormatDouble(-inf, 2, 1), L"-inf");
-    EXPECT_EQ(gfnFormatDouble(std::numeric_limits<double>::quiet_NaN(), 2, 1), L"nan");
-    EXPECT_EQ(gfnFormatDouble(-std::numeric_limits<double>::quiet_NaN(), 2, 0), L"nan");
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::tuple<double, int, int, const wchar_t*> cases[] = {
+        {1.5, 2, 0, L"1.50"},  {1.5, 2, 1, L"+1.50"},    {-1.5, 2, 1, L"-1.50"},
+        {0.0, 2, 1, L"+0.00"}, {1.35, 1, 0, L"1.4"},     {1.349, 2, 0, L"1.35"},
+        {-2.7, 0, 1, L"-3"},   {1.0, -3, 0, L"1"},       {1e20, 1, 0, L"100000000000000000000.0"},
+        {-0.0, 2, 0, L"0.00"}, {-0.001, 2, 0, L"0.00"},  {-0.001, 2, 1, L"+0.00"},
+        {-0.4, 0, 0, L"0"},    {-0.006, 2, 0, L"-0.01"}, {inf, 2, 1, L"inf"},
+        {-inf, 2, 1, L"-inf"}, {nan, 2, 1, L"nan"},      {-nan, 2, 0, L"nan"}};
+    for (const auto& [value, decimals, sign, text] : cases)
+        EXPECT_EQ(gfnFormatDouble(value, decimals, sign), text)
+            << value << " " << decimals << " " << sign;
 }
 
 TEST(RomanNumber, StandardNumeralsUpTo3999AndDigitsOtherwise) {
     const std::pair<int, const wchar_t*> cases[] = {{1, L"I"},
-                                                    {3, L"III"},
                                                     {4, L"IV"},
                                                     {9, L"IX"},
                                                     {14, L"XIV"},
@@ -48,7 +34,6 @@ TEST(RomanNumber, StandardNumeralsUpTo3999AndDigitsOtherwise) {
                                                     {400, L"CD"},
                                                     {944, L"CMXLIV"},
                                                     {1994, L"MCMXCIV"},
-                                                    {2024, L"MMXXIV"},
                                                     {3888, L"MMMDCCCLXXXVIII"},
                                                     {3999, L"MMMCMXCIX"},
                                                     {0, L"0"},
@@ -59,24 +44,14 @@ TEST(RomanNumber, StandardNumeralsUpTo3999AndDigitsOtherwise) {
         EXPECT_EQ(CRomanNumber::GetRomanValue(value), roman) << value;
 }
 
-TEST(GreekMarkers, LettersOfTheSymbolFontBecomeGreek) {
-    EXPECT_EQ(CGreek::ConvertToUnicode(L"#gd#g = 5 mm"), L"δ = 5 mm");
-    EXPECT_EQ(CGreek::ConvertToUnicode(L"M#gD#g, #gs#g#gt#g"), L"MΔ, στ");
-    EXPECT_EQ(CGreek::ConvertToUnicode(L"abgdezhqiklmnxoprstufcyw"), L"abgdezhqiklmnxoprstufcyw");
+TEST(GreekMarkers, LettersOfTheSymbolFontBecomeGreekAndOtherContentStays) {
     const CString latin = L"abgdezhqiklmnxoprstufcywABGDEZHQIKLMNXOPRSTUFCYW";
     const CString greek = L"αβγδεζηθικλμνξοπρστυφχψωΑΒΓΔΕΖΗΘΙΚΛΜΝΞΟΠΡΣΤΥΦΧΨΩ";
-    for (int i = 0; i < latin.GetLength(); ++i) {
-        const CString marker = CString(L"#g") + latin[i] + L"#g";
-        EXPECT_EQ(CGreek::ConvertToUnicode(marker), CString(1, greek[i])) << i;
-    }
-}
-
-TEST(GreekMarkers, OtherContentStaysAsItStands) {
-    const wchar_t* unchanged[] = {L"#gj#g", L"#g1#g", L"#gab#g", L"#g#g",   L"#ga",
-                                  L"#ga#",  L"x#g",   L"#g č#g", L"#G a#G", L""};
-    for (const wchar_t* text : unchanged)
+    for (int i = 0; i < latin.GetLength(); ++i)
+        EXPECT_EQ(CGreek::ConvertToUnicode(CString(L"#g") + latin[i] + L"#g"),
+                  CString(1, greek[i]));
+    // The closing marker is not the start of another one; anything but one letter stays.
+    EXPECT_EQ(CGreek::ConvertToUnicode(L"M#gD#g, #ga#gb#g"), L"MΔ, αb#g");
+    for (const wchar_t* text : {L"abg", L"#gj#g", L"#g1#g", L"#gab#g", L"#g#g", L"#ga#", L"#G a#G"})
         EXPECT_EQ(CGreek::ConvertToUnicode(text), text) << CString(text).ToUtf8();
-    // The closing marker is not the start of another one.
-    EXPECT_EQ(CGreek::ConvertToUnicode(L"#ga#gb#g"), L"αb#g");
-    EXPECT_EQ(CGreek::ConvertToUnicode(L"##ga#g#"), L"#α#");
 }

@@ -30,15 +30,27 @@ TEST(StringRecord, LayoutIsCountThenUtf16UnitsWithSurrogatePairs) {
     // "Ж" is one unit, U+1F600 a surrogate pair: three units in all.
     EXPECT_EQ(Record(L"Ж😀"), (Bytes{0x03, 0x00, 0x00, 0x00, 0x16, 0x04, 0x3D, 0xD8, 0x00, 0xDE}));
     EXPECT_EQ(Record(L""), (Bytes{0x00, 0x00, 0x00, 0x00}));
-    EXPECT_EQ(Record(L"Aš"), (Bytes{0x02, 0x00, 0x00, 0x00, 0x41, 0x00, 0x61, 0x01}));
     // What is not a Unicode scalar value is written as U+FFFD.
-    const CString bad{static_cast<wchar_t>(0xDC00), static_cast<wchar_t>(0x110000)};
-    EXPECT_EQ(Record(bad), (Bytes{0x02, 0x00, 0x00, 0x00, 0xFD, 0xFF, 0xFD, 0xFF}));
+    const CString bad{L'A', static_cast<wchar_t>(0xDC00), static_cast<wchar_t>(0x110000)};
+    EXPECT_EQ(Record(bad), (Bytes{0x03, 0, 0, 0, 0x41, 0x00, 0xFD, 0xFF, 0xFD, 0xFF}));
+    // Lone surrogates read back as U+FFFD: D800 'A', then DE00 alone, then D83D at the end.
+    CFiller f;
+    CString s;
+    ASSERT_EQ(ReadRecord(f, {0x04, 0, 0, 0, 0x00, 0xD8, 0x41, 0x00, 0x00, 0xDE, 0x3D, 0xD8}, s), 1);
+    EXPECT_EQ(s, L"\uFFFDA\uFFFD\uFFFD");
 }
 
-TEST(StringRecord, CyrillicAndAstralTextsRoundTrip) {
-    const CString texts[] = {L"", L"Stalno opterećenje", L"Постоянная нагрузка",
-                             L"😀 𝔸 U+10FFFF: \U0010FFFF", L"Слој 3 – ђ"};
+TEST(StringRecord, CyrillicAndAstralTextsOfEveryLengthRoundTrip) {
+    // Short and long texts, around 256 units, and texts of surrogate pairs only.
+    const CString texts[] = {L"",
+                             L"Stalno opterećenje",
+                             L"Постоянная нагрузка",
+                             L"😀 𝔸 U+10FFFF: \U0010FFFF",
+                             CString(255, L'ђ') + L"😀",
+                             CString(256, L'Ж'),
+                             CString(257, L'Ж'),
+                             CString(1000, L'ш') + L"𝔸",
+                             CString(300, L'\U0001F600')};
     CFiller f;
     f.Open(CFiller::Mode::Write);
     for (const CString& t : texts)
@@ -47,39 +59,30 @@ TEST(StringRecord, CyrillicAndAstralTextsRoundTrip) {
     for (const CString& t : texts) {
         CString back(L"x");
         ASSERT_EQ(ClTranslator::FromFiller(f, back), 1);
-        EXPECT_EQ(back, t);
+        EXPECT_EQ(back, t) << t.GetLength();
     }
     EXPECT_EQ(f.Remaining(), 0u);
-}
-
-TEST(StringRecord, LoneSurrogatesReadAsReplacementCharacters) {
-    CFiller f;
-    CString s;
-    // D800 'A', then DE00 alone, then D83D at the very end.
-    ASSERT_EQ(
-        ReadRecord(f, {0x04, 0x00, 0x00, 0x00, 0x00, 0xD8, 0x41, 0x00, 0x00, 0xDE, 0x3D, 0xD8}, s),
-        1);
-    EXPECT_EQ(s, L"\uFFFDA\uFFFD\uFFFD");
+    EXPECT_EQ(Record(CString(300, L'\U0001F600')).size(), 4u + 300u * 4u);
 }
 
 TEST(StringRecord, DamagedRecordsFailAndLeaveTheTextUntouched) {
+    const Bytes damaged[] = {
+        {0x03, 0x00, 0x00, 0x00, 0x41, 0x00, 0x42, 0x00}, // count 3, two units follow
+        {0xFF, 0xFF, 0xFF, 0x7F, 0x41, 0x00},             // an absurd count
+        {0xFE, 0xFF, 0xFF, 0xFF, 0x41, 0x00},             // a negative count
+        {0x01, 0x00},                                     // the count cut short
+        {0x01, 0x00, 0x00, 0x00, 0x41},                   // an odd byte instead of a unit
+    };
     CFiller f;
     CString s(L"nepromenjeno");
-    // Count 3, but only two units follow.
-    EXPECT_EQ(ReadRecord(f, {0x03, 0x00, 0x00, 0x00, 0x41, 0x00, 0x42, 0x00}, s), 0);
-    EXPECT_TRUE(f.IsError());
-    // An absurd count is refused before anything is allocated.
-    EXPECT_EQ(ReadRecord(f, {0xFF, 0xFF, 0xFF, 0x7F, 0x41, 0x00}, s), 0);
-    EXPECT_TRUE(f.IsError());
-    // A negative count.
-    EXPECT_EQ(ReadRecord(f, {0xFE, 0xFF, 0xFF, 0xFF, 0x41, 0x00}, s), 0);
-    // The count itself cut short.
-    EXPECT_EQ(ReadRecord(f, {0x01, 0x00}, s), 0);
-    // An odd byte instead of a whole unit.
-    EXPECT_EQ(ReadRecord(f, {0x01, 0x00, 0x00, 0x00, 0x41}, s), 0);
-    EXPECT_EQ(s, L"nepromenjeno");
-
-    // A stream already in error reads nothing, even a complete record.
+    for (const Bytes& bytes : damaged) {
+        EXPECT_EQ(ReadRecord(f, bytes, s), 0);
+        EXPECT_TRUE(f.IsError());
+    }
+    // A long record cut short, and a stream already in error even with a complete record.
+    Bytes longRecord = Record(CString(400, L'ж'));
+    longRecord.pop_back();
+    EXPECT_EQ(ReadRecord(f, longRecord, s), 0);
     f.SetBuffer(Record(L"A"));
     f.Open(CFiller::Mode::Read);
     f.SetError();
