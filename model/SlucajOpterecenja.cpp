@@ -114,6 +114,20 @@ int CSlucajOpterecenja::ToFiller(CFiller& f) const {
     f.WriteInt32(Verzija);
     f.WriteInt32(m_nNDA);
     f.WriteInt32(m_nUlaziUSeizmickiProracun);
+    // Checksums see only the seismic bit, so marking a case weighted does not change them.
+    const bool bCrc = dynamic_cast<const CCrcFiller*>(&f) != nullptr;
+    WriteOdSRSS(f, bCrc ? (m_nFlags & kBitSeizmicki) : m_nFlags);
+    return 1;
+}
+
+int CSlucajOpterecenja::ToCRCFiller(CFiller& f) const {
+    CObj::ToFiller(f);
+    f.WriteInt32(kCrcVerzija);
+    WriteOdSRSS(f, m_nFlags);
+    return 1;
+}
+
+void CSlucajOpterecenja::WriteOdSRSS(CFiller& f, int32_t flags) const {
     f.WriteUInt8(m_pSRSS ? 1 : 0);
     if (m_pSRSS)
         m_pSRSS->ToFiller(f);
@@ -121,9 +135,7 @@ int CSlucajOpterecenja::ToFiller(CFiller& f) const {
     WriteIds(f, m_arrUvekKombinujSa);
     f.WriteInt32(m_eUticajUticajneLinije);
     f.WriteInt32(m_nBrojMultimodalnih);
-    // Checksums see only the seismic bit, so marking a case weighted does not change them.
-    const bool bCrc = dynamic_cast<const CCrcFiller*>(&f) != nullptr;
-    f.WriteInt32(bCrc ? (m_nFlags & kBitSeizmicki) : m_nFlags);
+    f.WriteInt32(flags);
     f.WriteInt32(0); // the old influence-line flag, replaced by the influence-line kind
     f.WriteFloat64(m_dKoeficijent);
     f.WriteInt32(m_bStalno);
@@ -131,28 +143,6 @@ int CSlucajOpterecenja::ToFiller(CFiller& f) const {
     ClTranslator::ToFiller(f, m_strNaziv);
     f.WriteInt32(m_nRedniBroj);
     f.WriteInt32(m_ngMarker);
-    return 1;
-}
-
-int CSlucajOpterecenja::ToCRCFiller(CFiller& f) const {
-    CObj::ToFiller(f);
-    f.WriteInt32(kCrcVerzija);
-    f.WriteUInt8(m_pSRSS ? 1 : 0);
-    if (m_pSRSS)
-        m_pSRSS->ToFiller(f);
-    f.WriteInt32(m_bAlternativno);
-    WriteIds(f, m_arrUvekKombinujSa);
-    f.WriteInt32(m_eUticajUticajneLinije);
-    f.WriteInt32(m_nBrojMultimodalnih);
-    f.WriteInt32(m_nFlags);
-    f.WriteInt32(0);
-    f.WriteFloat64(m_dKoeficijent);
-    f.WriteInt32(m_bStalno);
-    WriteIds(f, m_arrNeKombinujSa);
-    ClTranslator::ToFiller(f, m_strNaziv);
-    f.WriteInt32(m_nRedniBroj);
-    f.WriteInt32(m_ngMarker);
-    return 1;
 }
 
 int CSlucajOpterecenja::FromFiller(CFiller& f) {

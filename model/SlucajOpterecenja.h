@@ -9,8 +9,8 @@
 
 /// What an influence-line load case is an influence line of; -1 for an ordinary case.
 enum eUticajUticajneLin : int32_t {
-    UL_NIJEDNA = -1,      ///< not an influence-line case
-    UL_STARI_ZAPIS = -2,  ///< marked by the old influence-line flag of early records
+    UL_NIJEDNA = -1,     ///< not an influence-line case
+    UL_STARI_ZAPIS = -2, ///< marked by the old influence-line flag of early records
     UL_MOMENT = 0,
     UL_TRANSVERZALNA_SILA = 1,
     UL_NORMALNA_SILA = 2,
@@ -110,6 +110,9 @@ public:
     void DestroyMe() { m_pSRSS.reset(); }
 
 private:
+    /// The fields from the SRSS presence byte to the g marker, with the given flag word: the
+    /// part that the record and the checksum record share.
+    void WriteOdSRSS(CFiller& f, int32_t flags) const;
     int DajBitBudje() const { return (m_nFlags & 2) != 0; }
     void PostaviBitBudje(int value);
 
