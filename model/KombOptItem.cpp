@@ -127,10 +127,20 @@ void CRedniBrojeviSlOpt::Postavi(const CId& id, int redniBroj) {
         it->second = redniBroj;
     else
         m_arrRedniBroj.insert(it, {kljuc, redniBroj});
+    // The table by id stays within a few times the number of load cases; it only grows, so an
+    // id it covers always has its entry there.
+    if (kljuc < 0)
+        return;
+    const auto mesto = static_cast<size_t>(kljuc);
+    if (mesto >= m_arrPoIdu.size()) {
+        if (mesto >= 4 * m_arrRedniBroj.size() + 256)
+            return;
+        m_arrPoIdu.resize(mesto + 1, kNema);
+    }
+    m_arrPoIdu[mesto] = redniBroj;
 }
 
-bool CRedniBrojeviSlOpt::Nadji(const CId& id, int& redniBroj) const {
-    const int32_t kljuc = id.GetValue();
+bool CRedniBrojeviSlOpt::NadjiSortirano(int32_t kljuc, int& redniBroj) const {
     const auto it = std::lower_bound(m_arrRedniBroj.begin(), m_arrRedniBroj.end(), kljuc,
                                      [](const auto& e, int32_t k) { return e.first < k; });
     if (it == m_arrRedniBroj.end() || it->first != kljuc)
@@ -315,7 +325,7 @@ int CKombOptItem::NarusenaKonzistencija(CBaseManager& bm) {
 // --- generated name ---
 
 template <class Lookup>
-CString CKombOptItem::NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen) const {
+void CKombOptItem::NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen, CString& naziv) const {
     // The entries that take part (coefficient not zero) with their ordinals. Every entry with
     // an id is looked up, so a missing load case is found even where its coefficient is 0.
     struct Clan {
@@ -327,47 +337,78 @@ CString CKombOptItem::NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen) 
     Clan naSteku[kNaSteku];
     std::vector<Clan> uHipu;
     Clan* clanovi = naSteku;
-    if (static_cast<size_t>(GetBrojOsnOpt()) > kNaSteku) {
-        uHipu.resize(static_cast<size_t>(GetBrojOsnOpt()));
+    const int n = GetBrojOsnOpt();
+    if (static_cast<size_t>(n) > kNaSteku) {
+        uHipu.resize(static_cast<size_t>(n));
         clanovi = uHipu.data();
     }
+    // Models have at most a few hundred load cases: while the ordinals stay below
+    // kMaliRedniBroj the terms are put in order by marking their ordinals in a bit table, which
+    // also keeps the later entry of a load case that appears twice.
+    constexpr int kMaliRedniBroj = 1024;
+    uint64_t oznaceni[kMaliRedniBroj / 64] = {};
+    int poslednji[kMaliRedniBroj];
+    bool maliRedniBrojevi = true;
+    int najveci = 0;
+    // The tolerance tests of CToler::Jednaki, written out: this runs for every entry of every
+    // combination that a renumbering renames.
+    const double tol = CToler::gDefltTol;
+    const double* koefs = m_arrKoef.Vector().data();
+    const CId* ids = m_arrId.Vector().data();
     size_t nClanova = 0;
     int najmanji = 65535;
-    for (int i = 0; i < GetBrojOsnOpt(); ++i) {
-        if (!m_arrId[i].Valid())
+    for (int i = 0; i < n; ++i) {
+        if (!ids[i].Valid())
             continue;
-        const int r = redniBroj(m_arrId[i]);
-        if (CToler::Jednaki(m_arrKoef[i], 0.0))
+        const int r = redniBroj(ids[i]);
+        if (std::fabs(koefs[i]) <= tol)
             continue;
         // Terms have places by ordinal from 1 up: a load case without an ordinal has none.
         if (r < 1)
             throw CInvalidArgException("load case without an ordinal in a combination");
         najmanji = std::min(najmanji, r);
+        najveci = std::max(najveci, r);
         clanovi[nClanova++] = {r, i};
+        if (r < kMaliRedniBroj) {
+            oznaceni[r / 64] |= uint64_t{1} << (r % 64);
+            poslednji[r] = i;
+        } else {
+            maliRedniBrojevi = false;
+        }
+    }
+    naziv.clear();
+    naziv.reserve(nClanova * 16);
+    auto dodaj = [&](int r, int index) {
+        const double koef = koefs[index];
+        if (std::fabs(koef - 1.0) <= tol) {
+            if (r != najmanji)
+                naziv += L'+';
+        } else {
+            naziv +=
+                FormatKoef(bKorijen ? std::sqrt(std::fabs(koef)) : koef, r != najmanji ? 1 : 0);
+            naziv += L'x';
+        }
+        naziv += RimskiBroj(r);
+    };
+    if (maliRedniBrojevi) {
+        for (int rec = 0; rec <= najveci / 64 && nClanova > 0; ++rec) {
+            for (uint64_t bitovi = oznaceni[rec]; bitovi != 0; bitovi &= bitovi - 1) {
+                const int r = rec * 64 + std::countr_zero(bitovi);
+                dodaj(r, poslednji[r]);
+            }
+        }
+        return;
     }
     // Terms stand in ascending order of ordinal; of two entries of one load case the later
     // one gives the term.
     std::sort(clanovi, clanovi + nClanova, [](const Clan& a, const Clan& b) {
         return a.redniBroj != b.redniBroj ? a.redniBroj < b.redniBroj : a.index < b.index;
     });
-    CString naziv;
-    naziv.reserve(nClanova * 16);
     for (size_t k = 0; k < nClanova; ++k) {
-        const Clan& c = clanovi[k];
-        if (k + 1 < nClanova && clanovi[k + 1].redniBroj == c.redniBroj)
+        if (k + 1 < nClanova && clanovi[k + 1].redniBroj == clanovi[k].redniBroj)
             continue;
-        const double koef = m_arrKoef[c.index];
-        if (CToler::Jednaki(koef, 1.0)) {
-            if (c.redniBroj != najmanji)
-                naziv += L'+';
-        } else {
-            naziv += FormatKoef(bKorijen ? std::sqrt(std::fabs(koef)) : koef,
-                                c.redniBroj != najmanji ? 1 : 0);
-            naziv += L'x';
-        }
-        naziv += RimskiBroj(c.redniBroj);
+        dodaj(clanovi[k].redniBroj, clanovi[k].index);
     }
-    return naziv;
 }
 
 void CKombOptItem::SetGenericName(const CLoadCaseUnit* unit, int bKorijen) {
@@ -403,29 +444,36 @@ void CKombOptItem::SetGenericName(const CLoadCaseUnit* unit, int bKorijen) {
         return;
     }
 
-    m_strNaziv = NazivPoRednimBrojevima(
+    NazivPoRednimBrojevima(
         [&bm](const CId& id) {
             const CSlucajOpterecenja* pSlOpt = SlucajOpterecenja(bm, id);
             gfnAssert(pSlOpt != nullptr, "pSlOpt", kSource, __LINE__);
             return pSlOpt->DajRedniBroj();
         },
-        bPozvan && bKorijen != 0);
+        bPozvan && bKorijen != 0, m_strNaziv);
     m_bGenericName = 1;
     bm.Close();
 }
 
 CString CKombOptItem::NapraviGenerickiNaziv(const CRedniBrojeviSlOpt& redniBrojevi) const {
-    return NazivPoRednimBrojevima(
+    CString naziv;
+    NapraviGenerickiNaziv(redniBrojevi, naziv);
+    return naziv;
+}
+
+void CKombOptItem::NapraviGenerickiNaziv(const CRedniBrojeviSlOpt& redniBrojevi,
+                                         CString& naziv) const {
+    NazivPoRednimBrojevima(
         [&redniBrojevi](const CId& id) {
             int r = 0;
             gfnAssert(redniBrojevi.Nadji(id, r), "pSlOpt", kSource, __LINE__);
             return r;
         },
-        false);
+        false, naziv);
 }
 
 void CKombOptItem::SetGenericNamePoRednimBrojevima(const CRedniBrojeviSlOpt& redniBrojevi) {
-    m_strNaziv = NapraviGenerickiNaziv(redniBrojevi);
+    NapraviGenerickiNaziv(redniBrojevi, m_strNaziv);
     m_bGenericName = 1;
 }
 
@@ -433,26 +481,32 @@ void CKombOptItem::SetGenericNamePoRednimBrojevima(const CRedniBrojeviSlOpt& red
 
 int CKombOptItem::ToFiller(CFiller& f) const {
     ClTranslator::ToFiller(f, m_strNaziv);
-    f.WriteInt32(m_bGenericName);
-    f.WriteInt32(m_nRedniBroj);
+    // The flag, the ordinal, the count and the entries (int32 id, float64 coefficient) go out
+    // little-endian in blocks, so that a combination costs the stream a few writes rather than
+    // two per load case: the undo step writes the record of every combination it changes.
+    uint8_t blok[3 * sizeof(int32_t) + kEntriesPerBlock * kEntryBytes];
+    uint8_t* p = blok;
+    auto stavi = [&p](auto v) {
+        for (size_t b = 0; b < sizeof v; ++b)
+            *p++ = static_cast<uint8_t>(v >> (8 * b));
+    };
     const int n = GetBrojOsnOpt();
-    f.WriteInt32(n);
-    // The entries (int32 id, float64 coefficient, little-endian) go out in blocks, so that a
-    // combination costs the stream a few writes rather than two per load case.
-    uint8_t blok[kEntriesPerBlock * kEntryBytes];
-    for (int first = 0; first < n; first += kEntriesPerBlock) {
+    stavi(static_cast<uint32_t>(m_bGenericName));
+    stavi(static_cast<uint32_t>(m_nRedniBroj));
+    stavi(static_cast<uint32_t>(n));
+    const CId* ids = m_arrId.Vector().data();
+    const double* koefs = m_arrKoef.Vector().data();
+    int first = 0;
+    do {
         const int count = std::min(n - first, kEntriesPerBlock);
-        uint8_t* p = blok;
         for (int i = first; i < first + count; ++i) {
-            const auto id = static_cast<uint32_t>(m_arrId[i].GetValue());
-            const auto koef = std::bit_cast<uint64_t>(m_arrKoef[i]);
-            for (size_t b = 0; b < sizeof id; ++b)
-                *p++ = static_cast<uint8_t>(id >> (8 * b));
-            for (size_t b = 0; b < sizeof koef; ++b)
-                *p++ = static_cast<uint8_t>(koef >> (8 * b));
+            stavi(static_cast<uint32_t>(ids[i].GetValue()));
+            stavi(std::bit_cast<uint64_t>(koefs[i]));
         }
-        f.Write(blok, kEntryBytes, static_cast<size_t>(count));
-    }
+        f.Write(blok, 1, static_cast<size_t>(p - blok));
+        p = blok;
+        first += count;
+    } while (first < n);
     return 1;
 }
 

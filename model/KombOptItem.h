@@ -8,6 +8,7 @@
 #include "stream/Filler.h"
 
 #include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -20,11 +21,28 @@ public:
     /// Sets the ordinal of a load case (ids usually come in ascending order).
     void Postavi(const CId& id, int redniBroj);
     /// The ordinal of the load case with that id; false when the table has none.
-    bool Nadji(const CId& id, int& redniBroj) const;
+    bool Nadji(const CId& id, int& redniBroj) const {
+        const int32_t kljuc = id.GetValue();
+        if (kljuc >= 0 && static_cast<size_t>(kljuc) < m_arrPoIdu.size()) {
+            const int r = m_arrPoIdu[static_cast<size_t>(kljuc)];
+            if (r != kNema) {
+                redniBroj = r;
+                return true;
+            }
+        }
+        return NadjiSortirano(kljuc, redniBroj);
+    }
 
 private:
+    /// Marks an id without an entry in the table by id.
+    static constexpr int kNema = std::numeric_limits<int>::min();
+    bool NadjiSortirano(int32_t kljuc, int& redniBroj) const;
+
     // Sorted by id: small, contiguous and searched by halving, whatever the ids are.
     std::vector<std::pair<int32_t, int>> m_arrRedniBroj;
+    // The same ordinals indexed by id, for ids small enough to keep the table dense (store
+    // ids are small positive numbers); an id beyond it is looked up in the sorted list.
+    std::vector<int> m_arrPoIdu;
 };
 
 /// Item record (no version of its own; always inside a versioned record): string name,
@@ -86,6 +104,13 @@ public:
     void SetGenericNamePoRednimBrojevima(const CRedniBrojeviSlOpt& redniBrojevi);
     /// The name that SetGenericNamePoRednimBrojevima would set, leaving the item as it is.
     CString NapraviGenerickiNaziv(const CRedniBrojeviSlOpt& redniBrojevi) const;
+    /// The same name written into naziv (emptied first), so that one buffer serves many items.
+    void NapraviGenerickiNaziv(const CRedniBrojeviSlOpt& redniBrojevi, CString& naziv) const;
+    /// Sets a name that NapraviGenerickiNaziv made for this item; the generic-name flag is set.
+    void PostaviGenerickiNaziv(const CString& naziv) {
+        m_strNaziv = naziv;
+        m_bGenericName = 1;
+    }
     void SortIndices() {}
     void Dump() const {}
 
@@ -102,7 +127,8 @@ private:
     void Copy(const CKombOptItem& src);
     /// The name by the plain naming rule over the entries, with redniBroj(id) giving the
     /// ordinal of a load case; bKorijen writes square roots of the coefficients.
-    template <class Lookup> CString NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen) const;
+    template <class Lookup>
+    void NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen, CString& naziv) const;
 
     CId m_Id;
     CString m_strNaziv;

@@ -40,35 +40,50 @@ CRedniBrojeviSlOpt RedniBrojeviSlOpt(CBaseManager& bm) {
 template <class NoviRedniBroj> void PrenumerisiIPreimenuj(CBaseManager& bm, NoviRedniBroj&& novi) {
     const CRedniBrojeviSlOpt redniBrojevi = RedniBrojeviSlOpt(bm);
     // An item that stands for an SRSS load case may be named by the paired rule; any other
-    // is named from the ordinals alone.
-    auto preimenuj = [&](CKombOptItem& item) {
-        if (item.GetId().Valid())
-            item.SetGenericName(nullptr, 0);
-        else
-            item.SetGenericNamePoRednimBrojevima(redniBrojevi);
-    };
+    // is named from the ordinals alone, into one buffer that serves every combination.
+    CString naziv;
     bm.Select(CKombinacijaOpterecenja::Type);
     for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
         const CKombOptItem& staro = Kombinacija(bm, id)->Item();
         const int r = novi(id, staro.GetRedniBroj());
-        bool menja = r > 0 && r != staro.GetRedniBroj();
-        if (!menja && staro.IsGenericName()) {
-            if (staro.GetId().Valid()) {
+        const bool noviBroj = r > 0 && r != staro.GetRedniBroj();
+        if (staro.GetId().Valid()) {
+            bool menja = noviBroj;
+            if (!menja && staro.IsGenericName()) {
                 CKombOptItem novo = staro;
-                preimenuj(novo);
+                novo.SetGenericName(nullptr, 0);
                 menja = novo.GetNaziv() != staro.GetNaziv();
-            } else {
-                menja = staro.NapraviGenerickiNaziv(redniBrojevi) != staro.GetNaziv();
             }
-        }
-        if (!menja)
+            if (!menja)
+                continue;
+            auto* pKomb = dynamic_cast<CKombinacijaOpterecenja*>(bm.GetW(id));
+            VASSERT(pKomb);
+            if (r > 0)
+                pKomb->Item().SetRedniBroj(r);
+            if (pKomb->Item().IsGenericName())
+                pKomb->Item().SetGenericName(nullptr, 0);
             continue;
+        }
+        // The generated name is made once: before the combination is opened for writing when
+        // only the name may change, after its new ordinal is set otherwise.
+        const bool generickiNaziv = staro.IsGenericName() != 0;
+        if (!noviBroj) {
+            if (!generickiNaziv)
+                continue;
+            staro.NapraviGenerickiNaziv(redniBrojevi, naziv);
+            if (naziv == staro.GetNaziv())
+                continue;
+        }
         auto* pKomb = dynamic_cast<CKombinacijaOpterecenja*>(bm.GetW(id));
         VASSERT(pKomb);
-        if (r > 0)
-            pKomb->Item().SetRedniBroj(r);
-        if (pKomb->Item().IsGenericName())
-            preimenuj(pKomb->Item());
+        CKombOptItem& item = pKomb->Item();
+        if (noviBroj) {
+            item.SetRedniBroj(r);
+            if (generickiNaziv)
+                item.NapraviGenerickiNaziv(redniBrojevi, naziv);
+        }
+        if (generickiNaziv)
+            item.PostaviGenerickiNaziv(naziv);
     }
 }
 

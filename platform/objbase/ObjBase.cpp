@@ -45,34 +45,92 @@ struct CObjBase::Entry {
     uint64_t order;
 };
 
+// A record image kept by a step: where its bytes lie in the step's image store.
+struct CObjBase::Kept {
+    size_t block = 0;
+    size_t offset = 0;
+    size_t size = 0;
+};
+
 // An object changed within an undo step: what it was before the step and after it. A missing
 // image means the object did not exist then.
 struct CObjBase::Touched {
     int32_t id = -1;
     int typeBefore = 0;
     uint64_t orderBefore = 0;
-    std::optional<std::vector<uint8_t>> before;
+    std::optional<Kept> before;
     int typeAfter = 0;
     uint64_t orderAfter = 0;
-    std::optional<std::vector<uint8_t>> after;
-
-    bool Unchanged() const {
-        if (before.has_value() != after.has_value())
-            return false;
-        return !before ||
-               (typeBefore == typeAfter && orderBefore == orderAfter && *before == *after);
-    }
+    std::optional<Kept> after;
 };
 
 struct CObjBase::Step {
     explicit Step(int32_t nextId) : nextIdBefore(nextId), nextIdAfter(nextId) {}
 
     std::vector<Touched> touched;
-    std::unordered_map<int32_t, size_t> index;
     int32_t nextIdBefore;
     int32_t nextIdAfter;
     // Whether the after images have been taken (see FinishStep).
     bool afterTaken = false;
+
+    /// Marks the id as touched in this step; false when it was marked already.
+    bool Mark(int32_t id) {
+        if (id >= 0 && id < kDenseIds) {
+            const size_t word = static_cast<size_t>(id) / 64;
+            if (word >= marked.size())
+                marked.resize(std::max(word + 1, 2 * marked.size()), 0);
+            const uint64_t bit = uint64_t{1} << (static_cast<unsigned>(id) % 64);
+            if ((marked[word] & bit) != 0)
+                return false;
+            marked[word] |= bit;
+            return true;
+        }
+        return markedOther.insert(id).second;
+    }
+    /// Forgets the marks once the step is finished.
+    void ForgetMarks() {
+        marked = {};
+        markedOther = {};
+    }
+
+    /// Keeps a copy of the bytes. Images are packed into blocks that double in size up to a
+    /// limit, so a step of one object holds a small block and a cascade over thousands of
+    /// objects a few large ones, instead of one allocation per image.
+    Kept Keep(const std::vector<uint8_t>& bytes) {
+        if (blocks.empty() || blocks.back().capacity() - blocks.back().size() < bytes.size()) {
+            const size_t next = blocks.empty()
+                                    ? kFirstBlock
+                                    : std::min(2 * blocks.back().capacity(), kLargestBlock);
+            blocks.emplace_back().reserve(std::max(next, bytes.size()));
+        }
+        std::vector<uint8_t>& block = blocks.back();
+        const Kept kept{blocks.size() - 1, block.size(), bytes.size()};
+        block.insert(block.end(), bytes.begin(), bytes.end());
+        return kept;
+    }
+    const uint8_t* Bytes(const Kept& kept) const { return blocks[kept.block].data() + kept.offset; }
+
+    bool Unchanged(const Touched& t) const {
+        if (t.before.has_value() != t.after.has_value())
+            return false;
+        if (!t.before)
+            return true;
+        if (t.typeBefore != t.typeAfter || t.orderBefore != t.orderAfter ||
+            t.before->size != t.after->size)
+            return false;
+        const uint8_t* before = Bytes(*t.before);
+        return std::equal(before, before + t.before->size, Bytes(*t.after));
+    }
+
+private:
+    // Ids below this are marked in a bit table, any other in a set.
+    static constexpr int32_t kDenseIds = int32_t{1} << 22;
+    static constexpr size_t kFirstBlock = 4096;
+    static constexpr size_t kLargestBlock = size_t{1} << 20;
+
+    std::vector<uint64_t> marked;
+    std::unordered_set<int32_t> markedOther;
+    std::vector<std::vector<uint8_t>> blocks;
 };
 
 namespace {
@@ -213,17 +271,11 @@ void CObjBase::Remove(const CId& id) {
     m_objects.erase(it);
 }
 
-std::optional<std::vector<uint8_t>> CObjBase::Image(const CId& id) const {
-    const CObj* obj = Find(id);
-    if (obj == nullptr)
-        return std::nullopt;
-    // Records of single objects are small: a small block keeps the images of a cascade over
-    // thousands of objects from each reserving a page.
-    CFiller f(256);
-    f.Open(CFiller::Mode::Write);
-    obj->ToFiller(f);
-    f.Close();
-    return f.Buffer();
+CObjBase::Kept CObjBase::Image(const CObj& obj, Step& step) const {
+    m_scratch.Open(CFiller::Mode::Write);
+    obj.ToFiller(m_scratch);
+    m_scratch.Close();
+    return step.Keep(m_scratch.Buffer());
 }
 
 void CObjBase::Touch(const CId& id) {
@@ -234,17 +286,16 @@ void CObjBase::Touch(const CId& id) {
         m_redo.clear();
         return;
     }
-    if (m_current->index.contains(id.GetValue()))
+    if (!m_current->Mark(id.GetValue()))
         return;
     Touched touched;
     touched.id = id.GetValue();
     if (const auto it = m_objects.find(id.GetValue()); it != m_objects.end()) {
         touched.typeBefore = it->second->type;
         touched.orderBefore = it->second->order;
-        touched.before = Image(id);
+        touched.before = Image(*it->second->obj, *m_current);
     }
-    m_current->index.emplace(touched.id, m_current->touched.size());
-    m_current->touched.push_back(std::move(touched));
+    m_current->touched.push_back(touched);
 }
 
 CObj* CObjBase::GetWritable(const CId& id) {
@@ -325,7 +376,7 @@ void CObjBase::TakeAfterImages(Step& step) const {
         if (const auto it = m_objects.find(touched.id); it != m_objects.end()) {
             touched.typeAfter = it->second->type;
             touched.orderAfter = it->second->order;
-            touched.after = Image(CId(touched.id));
+            touched.after = Image(*it->second->obj, step);
         }
     }
     step.afterTaken = true;
@@ -336,12 +387,12 @@ void CObjBase::FinishStep() {
     if (!step)
         return;
     step->nextIdAfter = m_nextId;
-    step->index.clear();
+    step->ForgetMarks();
     if (step->touched.size() <= kEagerAfterImages) {
         TakeAfterImages(*step);
         // Objects opened for writing but left as they were are no part of the step; a step
         // that changed nothing is not kept at all.
-        std::erase_if(step->touched, [](const Touched& t) { return t.Unchanged(); });
+        std::erase_if(step->touched, [&step](const Touched& t) { return step->Unchanged(t); });
         if (step->touched.empty() && step->nextIdBefore == step->nextIdAfter)
             return;
     }
@@ -351,15 +402,16 @@ void CObjBase::FinishStep() {
         m_undo.erase(m_undo.begin());
 }
 
-void CObjBase::Restore(const CId& id, int type, uint64_t order,
-                       const std::optional<std::vector<uint8_t>>& image) {
+void CObjBase::Restore(const CId& id, int type, uint64_t order, const Step& step,
+                       const std::optional<Kept>& image) {
     Remove(id);
     if (!image)
         return;
     CObj* obj = CreateObject(type);
     VASSERT(obj != nullptr);
     CFiller f;
-    f.SetBuffer(*image);
+    const uint8_t* bytes = step.Bytes(*image);
+    f.SetBuffer(std::vector<uint8_t>(bytes, bytes + image->size));
     f.Open(CFiller::Mode::Read);
     obj->FromFiller(f);
     f.Close();
@@ -387,7 +439,7 @@ bool CObjBase::Undo() {
     for (const Touched& t : step->touched)
         Remove(CId(t.id));
     for (const Touched& t : step->touched)
-        Restore(CId(t.id), t.typeBefore, t.orderBefore, t.before);
+        Restore(CId(t.id), t.typeBefore, t.orderBefore, *step, t.before);
     m_nextId = step->nextIdBefore;
     m_redo.push_back(std::move(step));
     return true;
@@ -401,7 +453,7 @@ bool CObjBase::Redo() {
     for (const Touched& t : step->touched)
         Remove(CId(t.id));
     for (const Touched& t : step->touched)
-        Restore(CId(t.id), t.typeAfter, t.orderAfter, t.after);
+        Restore(CId(t.id), t.typeAfter, t.orderAfter, *step, t.after);
     m_nextId = step->nextIdAfter;
     m_undo.push_back(std::move(step));
     return true;

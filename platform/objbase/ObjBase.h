@@ -90,13 +90,15 @@ public:
 
 private:
     struct Entry;
+    struct Kept;
     struct Touched;
     struct Step;
     static void DestroyObject(CObj* obj);
     void Touch(const CId& id);
-    void Restore(const CId& id, int type, uint64_t order,
-                 const std::optional<std::vector<uint8_t>>& image);
-    std::optional<std::vector<uint8_t>> Image(const CId& id) const;
+    void Restore(const CId& id, int type, uint64_t order, const Step& step,
+                 const std::optional<Kept>& image);
+    /// Writes the object's record into the step's image store.
+    Kept Image(const CObj& obj, Step& step) const;
     void FinishStep();
     void TakeAfterImages(Step& step) const;
     void Place(CObj* obj, int type, uint64_t order);
@@ -113,4 +115,7 @@ private:
     std::vector<std::unique_ptr<Step>> m_undo;
     std::vector<std::unique_ptr<Step>> m_redo;
     size_t m_undoLimit = 200;
+    // The stream every record image is written into before the step keeps its bytes, so that
+    // an image costs no allocation of its own.
+    mutable CFiller m_scratch;
 };

@@ -67,6 +67,25 @@ CString FromUtf16Bytes(const uint8_t* bytes, size_t units) {
 } // namespace
 
 int ClTranslator::ToFiller(CFiller& f, const CString& s) {
+    // Names are short: they are encoded on the stack and go to the stream in one write.
+    constexpr size_t kNaSteku = 256;
+    if (s.size() <= kNaSteku / 2) {
+        bool bmp = true;
+        for (const wchar_t wc : s)
+            bmp = bmp && static_cast<uint32_t>(wc) < 0xD800;
+        if (bmp) {
+            uint8_t bytes[kNaSteku];
+            size_t n = 0;
+            for (const wchar_t wc : s) {
+                bytes[n++] = static_cast<uint8_t>(static_cast<uint32_t>(wc) & 0xFF);
+                bytes[n++] = static_cast<uint8_t>(static_cast<uint32_t>(wc) >> 8);
+            }
+            f.WriteInt32(static_cast<int32_t>(s.size()));
+            if (n != 0)
+                f.Write(bytes, 1, n);
+            return f.IsError() ? 0 : 1;
+        }
+    }
     const std::vector<uint8_t> bytes = ToUtf16Bytes(s);
     const size_t units = bytes.size() / 2;
     if (units > static_cast<size_t>(std::numeric_limits<int32_t>::max())) {
