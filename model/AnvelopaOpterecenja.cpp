@@ -169,21 +169,13 @@ int CAnvelopaOpterecenja::ToFiller(CFiller& f) const {
 int CAnvelopaOpterecenja::FromFiller(CFiller& f) {
     if (!CObj::FromFiller(f) || f.IsError())
         return 0;
-    int32_t version = 0;
-    if (!f.ReadInt32(version))
+    const int32_t version = CTrFiller::ReadVersion(f, "AnvelopaOpterecenja", 1, Verzija);
+    if (version == 0)
         return 0;
-    switch (version) {
-    case 2:
+    if (version >= 2)
         f.ReadInt32(m_nMod);
-        break;
-    case 1:
-        // records from before the mode existed
-        m_nMod = 0;
-        break;
-    default:
-        CTrFiller::SetObjVerErr(f, "AnvelopaOpterecenja", version);
-        return 0;
-    }
+    else
+        m_nMod = 0; // records from before the mode existed
     ClTranslator::FromFiller(f, m_strIzbor);
     ClTranslator::FromFiller(f, m_strNaziv);
     f.ReadInt32(m_nBroj);

@@ -120,16 +120,13 @@ int CGeneralizedLoadCase::ToFiller(CFiller& f) const {
 int CGeneralizedLoadCase::FromFiller(CFiller& f) {
     if (f.IsError())
         return 0;
-    int32_t version = 0;
-    if (!f.ReadInt32(version))
+    const int32_t version = CTrFiller::ReadVersion(f, "LoadCaseDescriptions", 1, 2);
+    if (version == 0)
         return 0;
     if (version == 2) {
         // The stored spare value is read past and deliberately dropped.
         f.ReadInt32(m_nRezerva);
         m_nRezerva = 0;
-    } else if (version != 1) {
-        CTrFiller::SetObjVerErr(f, "LoadCaseDescriptions", version);
-        return 0;
     }
     f.ReadInt32(m_nRbrFaze);
     int32_t count = 0;

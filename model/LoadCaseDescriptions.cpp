@@ -20,14 +20,7 @@ constexpr size_t kFactorRecordSize = 4 + 4 + 8;
 
 /// Reads the version of a record and checks it; a wrong one is reported as a version error.
 bool ReadVersion(CFiller& f) {
-    int32_t version = 0;
-    if (!f.ReadInt32(version))
-        return false;
-    if (version != kVerzija) {
-        CTrFiller::SetObjVerErr(f, kSource, version);
-        return false;
-    }
-    return true;
+    return CTrFiller::ReadVersion(f, kSource, kVerzija, kVerzija) != 0;
 }
 
 } // namespace

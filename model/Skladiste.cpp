@@ -53,13 +53,8 @@ int CSkladiste::ToFiller(CFiller& f) const {
 int CSkladiste::FromFiller(CFiller& f) {
     if (!CObj::FromFiller(f) || f.IsError())
         return 0;
-    int32_t verzija = 0;
-    if (!f.ReadInt32(verzija))
+    if (CTrFiller::ReadVersion(f, kSource, 1, 1) == 0)
         return 0;
-    if (verzija != 1) {
-        CTrFiller::SetObjVerErr(f, kSource, verzija);
-        return 0;
-    }
     m_arrKombinacije.FromFiller(f);
     m_arrSlOpt.FromFiller(f);
     return f.IsError() ? 0 : 1;

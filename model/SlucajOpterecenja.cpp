@@ -153,13 +153,9 @@ int CSlucajOpterecenja::FromFiller(CFiller& f) {
     if (f.IsError())
         return 0;
 
-    int32_t version = 0;
-    if (!f.ReadInt32(version))
+    const int32_t version = CTrFiller::ReadVersion(f, kSource, 1, Verzija);
+    if (version == 0)
         return 0;
-    if (version < 1 || version > Verzija) {
-        CTrFiller::SetObjVerErr(f, kSource, version);
-        return 0;
-    }
 
     // Each version is the next one without its leading fields.
     if (version >= 11)

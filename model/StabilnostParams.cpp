@@ -91,13 +91,8 @@ int CStabilnostSloptItem::ToFiller(CFiller& f) const {
 int CStabilnostSloptItem::FromFiller(CFiller& f) {
     if (f.IsError())
         return 0;
-    int32_t version = 0;
-    if (!f.ReadInt32(version))
+    if (CTrFiller::ReadVersion(f, kIzvor, 1, 1) == 0)
         return 0;
-    if (version != 1) {
-        CTrFiller::SetObjVerErr(f, kIzvor, version);
-        return 0;
-    }
     f.ReadInt32(m_bDozvoljen);
     f.ReadInt32(m_bFiksan);
     f.ReadFloat64(m_dFaktor);
@@ -135,13 +130,8 @@ int CStabilnostKombItem::ToFiller(CFiller& f) const {
 int CStabilnostKombItem::FromFiller(CFiller& f) {
     if (f.IsError())
         return 0;
-    int32_t version = 0;
-    if (!f.ReadInt32(version))
+    if (CTrFiller::ReadVersion(f, kIzvor, 2, 2) == 0)
         return 0;
-    if (version != 2) {
-        CTrFiller::SetObjVerErr(f, kIzvor, version);
-        return 0;
-    }
     f.ReadInt32(m_bOdobren);
     f.ReadInt32(m_bIzabran);
     int32_t n = 0;
@@ -430,13 +420,9 @@ int CStabilnostParams::ToFiller(CFiller& f) const {
 int CStabilnostParams::FromFiller(CFiller& f) {
     if (f.IsError())
         return 0;
-    int32_t version = 0;
-    if (!f.ReadInt32(version))
+    const int32_t version = CTrFiller::ReadVersion(f, kIzvor, 1, Verzija);
+    if (version == 0)
         return 0;
-    if (version < 1 || version > Verzija) {
-        CTrFiller::SetObjVerErr(f, kIzvor, version);
-        return 0;
-    }
     if (version >= 5)
         f.ReadInt32(m_bIskljucTorzGreda);
     if (version >= 4)

@@ -236,3 +236,14 @@ void CTrFiller::SetObjVerErr(CFiller& f, const char* sourceName, const CString& 
 void CTrFiller::SetObjVerErr(CFiller& f, const char* sourceName, int version) {
     SetObjVerErr(f, sourceName, CString::Formatted(L"Object version error! Version: %d", version));
 }
+
+int32_t CTrFiller::ReadVersion(CFiller& f, const char* sourceName, int32_t first, int32_t last) {
+    int32_t version = 0;
+    if (!f.ReadInt32(version))
+        return 0;
+    if (version < first || version > last) {
+        SetObjVerErr(f, sourceName, version);
+        return 0;
+    }
+    return version;
+}

@@ -128,4 +128,7 @@ public:
     static void SetObjVerErr(CFiller& f, const char* sourceName, const CString& message);
     /// Formats "Object version error! Version: %d" and reports it as above.
     static void SetObjVerErr(CFiller& f, const char* sourceName, int version);
+    /// Reads a record's int32 version. A version outside first..last is reported as above.
+    /// Returns the version, or 0 when it could not be read or is not one of those.
+    static int32_t ReadVersion(CFiller& f, const char* sourceName, int32_t first, int32_t last);
 };
