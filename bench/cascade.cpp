@@ -13,7 +13,8 @@ benchmodel::CombinationModel& Model() {
 }
 
 /// Deletes load case k (0-based) as the load case editor does and runs the cascade; the
-/// benchmark then undoes the step outside the timing.
+/// benchmark then undoes the step outside the timing and, as a host does when it is idle,
+/// frees the undo steps that can no longer be reached.
 void BrisiSlucaj(benchmark::State& state, int k) {
     benchmodel::CombinationModel& model = Model();
     const CId slOpt = model.slucajevi[static_cast<size_t>(k)];
@@ -35,6 +36,7 @@ void BrisiSlucaj(benchmark::State& state, int k) {
         state.PauseTiming();
         if (obrisano == 0 || !model.base->Undo())
             state.SkipWithError("the cascade did not run");
+        model.base->ReleaseDiscarded();
         state.ResumeTiming();
     }
     state.counters["deleted"] = obrisano;

@@ -43,6 +43,49 @@ const CString& RimskiBroj(int redniBroj) {
     return numeral;
 }
 
+/// A name being built: its characters go into a buffer on the stack (on the heap only for a
+/// name too long for it) and into the name in one copy, which is much cheaper than appending
+/// the terms of thousands of names one by one.
+class NazivBafer {
+public:
+    NazivBafer() = default;
+    NazivBafer(const NazivBafer&) = delete;
+    NazivBafer& operator=(const NazivBafer&) = delete;
+
+    void Dodaj(wchar_t c) {
+        if (m_nDuzina == m_nKapacitet)
+            Rasti(1);
+        m_pZnaci[m_nDuzina++] = c;
+    }
+    void Dodaj(const CString& tekst) {
+        const size_t n = tekst.size();
+        if (m_nDuzina + n > m_nKapacitet)
+            Rasti(n);
+        const wchar_t* izvor = tekst.data();
+        for (size_t k = 0; k < n; ++k)
+            m_pZnaci[m_nDuzina + k] = izvor[k];
+        m_nDuzina += n;
+    }
+    void Prepisi(CString& naziv) const { naziv.assign(m_pZnaci, m_nDuzina); }
+
+private:
+    static constexpr size_t kNaSteku = 512;
+
+    void Rasti(size_t n) {
+        std::vector<wchar_t> veci(std::max(2 * m_nKapacitet, m_nDuzina + n));
+        std::copy_n(m_pZnaci, m_nDuzina, veci.data());
+        m_uHipu = std::move(veci);
+        m_pZnaci = m_uHipu.data();
+        m_nKapacitet = m_uHipu.size();
+    }
+
+    wchar_t m_naSteku[kNaSteku];
+    std::vector<wchar_t> m_uHipu;
+    wchar_t* m_pZnaci = m_naSteku;
+    size_t m_nDuzina = 0;
+    size_t m_nKapacitet = kNaSteku;
+};
+
 /// A coefficient with two decimals. Generated combinations use a handful of distinct
 /// coefficients, so the texts are remembered in a small table by the value's bits and the sign
 /// flag (the text depends on nothing else). The reference holds until the next call.
@@ -376,19 +419,18 @@ void CKombOptItem::NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen, CSt
             maliRedniBrojevi = false;
         }
     }
-    naziv.clear();
-    naziv.reserve(nClanova * 16);
+    NazivBafer bafer;
     auto dodaj = [&](int r, int index) {
         const double koef = koefs[index];
         if (std::fabs(koef - 1.0) <= tol) {
             if (r != najmanji)
-                naziv += L'+';
+                bafer.Dodaj(L'+');
         } else {
-            naziv +=
-                FormatKoef(bKorijen ? std::sqrt(std::fabs(koef)) : koef, r != najmanji ? 1 : 0);
-            naziv += L'x';
+            bafer.Dodaj(
+                FormatKoef(bKorijen ? std::sqrt(std::fabs(koef)) : koef, r != najmanji ? 1 : 0));
+            bafer.Dodaj(L'x');
         }
-        naziv += RimskiBroj(r);
+        bafer.Dodaj(RimskiBroj(r));
     };
     if (maliRedniBrojevi) {
         for (int rec = 0; rec <= najveci / 64 && nClanova > 0; ++rec) {
@@ -397,18 +439,19 @@ void CKombOptItem::NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen, CSt
                 dodaj(r, poslednji[r]);
             }
         }
-        return;
+    } else {
+        // Terms stand in ascending order of ordinal; of two entries of one load case the
+        // later one gives the term.
+        std::sort(clanovi, clanovi + nClanova, [](const Clan& a, const Clan& b) {
+            return a.redniBroj != b.redniBroj ? a.redniBroj < b.redniBroj : a.index < b.index;
+        });
+        for (size_t k = 0; k < nClanova; ++k) {
+            if (k + 1 < nClanova && clanovi[k + 1].redniBroj == clanovi[k].redniBroj)
+                continue;
+            dodaj(clanovi[k].redniBroj, clanovi[k].index);
+        }
     }
-    // Terms stand in ascending order of ordinal; of two entries of one load case the later
-    // one gives the term.
-    std::sort(clanovi, clanovi + nClanova, [](const Clan& a, const Clan& b) {
-        return a.redniBroj != b.redniBroj ? a.redniBroj < b.redniBroj : a.index < b.index;
-    });
-    for (size_t k = 0; k < nClanova; ++k) {
-        if (k + 1 < nClanova && clanovi[k + 1].redniBroj == clanovi[k].redniBroj)
-            continue;
-        dodaj(clanovi[k].redniBroj, clanovi[k].index);
-    }
+    bafer.Prepisi(naziv);
 }
 
 void CKombOptItem::SetGenericName(const CLoadCaseUnit* unit, int bKorijen) {

@@ -111,6 +111,17 @@ public:
         m_strNaziv = naziv;
         m_bGenericName = 1;
     }
+    /// Makes this item src in everything but the name, which is left empty (and the
+    /// generic-name flag cleared) for the caller to set: renaming many items copies no name
+    /// that is replaced at once.
+    void KopirajBezNaziva(const CKombOptItem& src) {
+        m_Id = src.m_Id;
+        m_strNaziv.clear();
+        m_bGenericName = 0;
+        m_nRedniBroj = src.m_nRedniBroj;
+        m_arrKoef = src.m_arrKoef;
+        m_arrId = src.m_arrId;
+    }
     void SortIndices() {}
     void Dump() const {}
 

@@ -7,6 +7,7 @@
 #include "model/SlucajOpterecenja.h"
 
 #include <algorithm>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -33,57 +34,73 @@ CRedniBrojeviSlOpt RedniBrojeviSlOpt(CBaseManager& bm) {
     return redniBrojevi;
 }
 
+/// Gives back a pooled object that never reached the store.
+struct UnistiObj {
+    void operator()(CObj* pObj) const { pObj->Destroy(1); }
+};
+using NovaKombinacija = std::unique_ptr<CKombinacijaOpterecenja, UnistiObj>;
+
+/// A new combination to take the place of the stored one: its attribute word and its item,
+/// copied as values (much cheaper than a copy through the record), with the name left for
+/// the caller to set.
+NovaKombinacija KopijaBezNaziva(const CKombinacijaOpterecenja& stara) {
+    NovaKombinacija pNova(new CKombinacijaOpterecenja());
+    pNova->SetAtribut(stara.GetAtribut());
+    pNova->Item().KopirajBezNaziva(stara.Item());
+    return pNova;
+}
+
+/// Gives one combination the ordinal r (0: it keeps its ordinal) and rebuilds its generated
+/// name, whose load case numerals may have changed. A combination that changes is replaced by
+/// a changed copy, so the undo step keeps the old object itself and holds just what changed.
+/// naziv is a buffer for the name. The view is open for writing.
+void Obnovi(CBaseManager& bm, const CId& id, const CKombinacijaOpterecenja& stara, int r,
+            const CRedniBrojeviSlOpt& redniBrojevi, CString& naziv) {
+    const CKombOptItem& staro = stara.Item();
+    const bool noviBroj = r > 0 && r != staro.GetRedniBroj();
+    // An item that stands for an SRSS load case may be named by the paired rule.
+    if (staro.GetId().Valid()) {
+        NovaKombinacija pNova = KopijaBezNaziva(stara);
+        CKombOptItem& novo = pNova->Item();
+        novo.SetNaziv(staro.GetNaziv());
+        if (noviBroj)
+            novo.SetRedniBroj(r);
+        if (staro.IsGenericName())
+            novo.SetGenericName(nullptr, 0);
+        if (noviBroj || novo.GetNaziv() != staro.GetNaziv())
+            bm.Replace(id, pNova.release());
+        return;
+    }
+    // Any other is named from the ordinals alone. The name is made once, into the buffer,
+    // before the copy when only the name may change.
+    const bool generickiNaziv = staro.IsGenericName() != 0;
+    if (generickiNaziv) {
+        staro.NapraviGenerickiNaziv(redniBrojevi, naziv);
+        if (!noviBroj && naziv == staro.GetNaziv())
+            return;
+    } else if (!noviBroj) {
+        return;
+    }
+    NovaKombinacija pNova = KopijaBezNaziva(stara);
+    CKombOptItem& item = pNova->Item();
+    if (noviBroj)
+        item.SetRedniBroj(r);
+    if (generickiNaziv)
+        item.PostaviGenerickiNaziv(naziv);
+    else
+        item.SetNaziv(staro.GetNaziv());
+    bm.Replace(id, pNova.release());
+}
+
 /// Gives every combination the ordinal novi(id, old ordinal) (0: it keeps its ordinal) and
-/// rebuilds the generated names, whose load case numerals may have changed. A combination is
-/// opened for writing only when it changes, so the undo step holds just what changed. The
-/// view is open for writing.
+/// rebuilds the generated names. The view is open for writing.
 template <class NoviRedniBroj> void PrenumerisiIPreimenuj(CBaseManager& bm, NoviRedniBroj&& novi) {
     const CRedniBrojeviSlOpt redniBrojevi = RedniBrojeviSlOpt(bm);
-    // An item that stands for an SRSS load case may be named by the paired rule; any other
-    // is named from the ordinals alone, into one buffer that serves every combination.
     CString naziv;
     bm.Select(CKombinacijaOpterecenja::Type);
     for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
-        const CKombOptItem& staro = Kombinacija(bm, id)->Item();
-        const int r = novi(id, staro.GetRedniBroj());
-        const bool noviBroj = r > 0 && r != staro.GetRedniBroj();
-        if (staro.GetId().Valid()) {
-            bool menja = noviBroj;
-            if (!menja && staro.IsGenericName()) {
-                CKombOptItem novo = staro;
-                novo.SetGenericName(nullptr, 0);
-                menja = novo.GetNaziv() != staro.GetNaziv();
-            }
-            if (!menja)
-                continue;
-            auto* pKomb = dynamic_cast<CKombinacijaOpterecenja*>(bm.GetW(id));
-            VASSERT(pKomb);
-            if (r > 0)
-                pKomb->Item().SetRedniBroj(r);
-            if (pKomb->Item().IsGenericName())
-                pKomb->Item().SetGenericName(nullptr, 0);
-            continue;
-        }
-        // The generated name is made once: before the combination is opened for writing when
-        // only the name may change, after its new ordinal is set otherwise.
-        const bool generickiNaziv = staro.IsGenericName() != 0;
-        if (!noviBroj) {
-            if (!generickiNaziv)
-                continue;
-            staro.NapraviGenerickiNaziv(redniBrojevi, naziv);
-            if (naziv == staro.GetNaziv())
-                continue;
-        }
-        auto* pKomb = dynamic_cast<CKombinacijaOpterecenja*>(bm.GetW(id));
-        VASSERT(pKomb);
-        CKombOptItem& item = pKomb->Item();
-        if (noviBroj) {
-            item.SetRedniBroj(r);
-            if (generickiNaziv)
-                item.NapraviGenerickiNaziv(redniBrojevi, naziv);
-        }
-        if (generickiNaziv)
-            item.PostaviGenerickiNaziv(naziv);
+        const CKombinacijaOpterecenja& stara = *Kombinacija(bm, id);
+        Obnovi(bm, id, stara, novi(id, stara.Item().GetRedniBroj()), redniBrojevi, naziv);
     }
 }
 

@@ -27,7 +27,8 @@ inline void Upozori(const wchar_t* poruka) {
 /// as formatted, such as "bm.Count () == 1").
 inline void Proveri(bool uslov, const char* izraz,
                     std::source_location mesto = std::source_location::current()) {
-    gfnAssert(uslov, izraz, gfnSourceName(mesto.file_name()), static_cast<int>(mesto.line()));
+    if (!uslov)
+        gfnAssertFailed(izraz, gfnSourceName(mesto.file_name()), static_cast<int>(mesto.line()));
 }
 
 /// An impossible state, reported by its message; the program ends.

@@ -98,6 +98,11 @@ bool CBaseManager::Delete(const CId& id) {
     return m_base->Delete(id);
 }
 
+bool CBaseManager::Replace(const CId& id, CObj* obj) {
+    AssertWrite(IsWrite(), __LINE__);
+    return m_base->Replace(id, obj);
+}
+
 int CBaseManager::DeleteAll(int type) {
     AssertWrite(IsWrite(), __LINE__);
     int deleted = 0;

@@ -67,6 +67,11 @@ public:
     CId Insert(CObj* obj);
     /// Deletes the object; false when there is none with that id.
     bool Delete(const CId& id);
+    /// Puts a new pooled object of the same type (taken over) in place of the stored one with
+    /// that id, which it takes with its place in the store order. The old object itself is
+    /// what undo brings back, so a change that builds the new object cheaply costs no record
+    /// image. False (and obj destroyed) when there is no object with that id.
+    bool Replace(const CId& id, CObj* obj);
     /// Deletes every object of the type; returns how many.
     int DeleteAll(int type);
 

@@ -5,6 +5,8 @@
 #include "diag/Assert.h"
 
 #include <algorithm>
+#include <deque>
+#include <utility>
 
 namespace {
 
@@ -32,19 +34,6 @@ constexpr int FirstFreeType = 1000;
 
 } // namespace
 
-// One stored object with its type and its place in the store order of the type.
-struct CObjBase::Entry {
-    Entry(CObj* object, int objectType, uint64_t objectOrder)
-        : obj(object), type(objectType), order(objectOrder) {}
-    ~Entry() { DestroyObject(obj); }
-    Entry(const Entry&) = delete;
-    Entry& operator=(const Entry&) = delete;
-
-    CObj* obj;
-    int type;
-    uint64_t order;
-};
-
 // A record image kept by a step: where its bytes lie in the step's image store.
 struct CObjBase::Kept {
     size_t block = 0;
@@ -52,26 +41,32 @@ struct CObjBase::Kept {
     size_t size = 0;
 };
 
-// An object changed within an undo step: what it was before the step and after it. A missing
-// image means the object did not exist then.
+// What an object was on one side of an undo step: nothing (it did not exist), or its type
+// and place in the store order with the object itself or, for an object changed in place, its
+// record.
+struct CObjBase::State {
+    bool exists = false;
+    int type = 0;
+    uint64_t order = 0;
+    Owned obj;
+    std::optional<Kept> record;
+};
+
+// An object changed within an undo step: what it was before the step and after it. The
+// after side is filled when the step is undone, from the objects the store then gives up.
 struct CObjBase::Touched {
     int32_t id = -1;
-    int typeBefore = 0;
-    uint64_t orderBefore = 0;
-    std::optional<Kept> before;
-    int typeAfter = 0;
-    uint64_t orderAfter = 0;
-    std::optional<Kept> after;
+    State before;
+    State after;
 };
 
 struct CObjBase::Step {
     explicit Step(int32_t nextId) : nextIdBefore(nextId), nextIdAfter(nextId) {}
 
-    std::vector<Touched> touched;
+    // A deque: a cascade touches tens of thousands of objects, which are never moved.
+    std::deque<Touched> touched;
     int32_t nextIdBefore;
     int32_t nextIdAfter;
-    // Whether the after images have been taken (see FinishStep).
-    bool afterTaken = false;
 
     /// Marks the id as touched in this step; false when it was marked already.
     bool Mark(int32_t id) {
@@ -110,21 +105,7 @@ struct CObjBase::Step {
     }
     const uint8_t* Bytes(const Kept& kept) const { return blocks[kept.block].data() + kept.offset; }
 
-    bool Unchanged(const Touched& t) const {
-        if (t.before.has_value() != t.after.has_value())
-            return false;
-        if (!t.before)
-            return true;
-        if (t.typeBefore != t.typeAfter || t.orderBefore != t.orderAfter ||
-            t.before->size != t.after->size)
-            return false;
-        const uint8_t* before = Bytes(*t.before);
-        return std::equal(before, before + t.before->size, Bytes(*t.after));
-    }
-
 private:
-    // Ids below this are marked in a bit table, any other in a set.
-    static constexpr int32_t kDenseIds = int32_t{1} << 22;
     static constexpr size_t kFirstBlock = 4096;
     static constexpr size_t kLargestBlock = size_t{1} << 20;
 
@@ -134,13 +115,19 @@ private:
 };
 
 namespace {
-// Steps that touch at most this many objects take their after images when they finish, so
-// that objects left unchanged, and steps that changed nothing, are dropped at once. Larger
-// steps (cascades over thousands of combinations) take them only when they are undone: the
-// store then holds exactly the state the step left, and nothing is serialized twice on the
-// user's way.
-constexpr size_t kEagerAfterImages = 512;
+// Steps that touch at most this many objects are compared with the store when they finish,
+// so that objects left unchanged, and steps that changed nothing, are dropped at once. Larger
+// steps (cascades over thousands of combinations) are kept as they are.
+constexpr size_t kCompareSteps = 512;
+// A type's list of store order is put right as soon as it holds this many more pairs than
+// objects, so that changes that are never walked cannot make it grow without end.
+constexpr size_t kSlackPairs = 1024;
 } // namespace
+
+void CObjBase::Destroyer::operator()(CObj* obj) const {
+    if (obj != nullptr)
+        obj->Destroy(1);
+}
 
 CObjBase::CObjBase() = default;
 
@@ -206,18 +193,54 @@ CObj* CObjBase::CreateObject(int type) {
 
 // --- contents ---
 
+CObjBase::Entry* CObjBase::Slot(int32_t id) {
+    return const_cast<Entry*>(std::as_const(*this).Slot(id));
+}
+
+const CObjBase::Entry* CObjBase::Slot(int32_t id) const {
+    if (id >= 0 && id < kDenseIds) {
+        const auto index = static_cast<size_t>(id);
+        return index < m_dense.size() && m_dense[index].obj ? &m_dense[index] : nullptr;
+    }
+    const auto it = m_sparse.find(id);
+    return it == m_sparse.end() ? nullptr : &it->second;
+}
+
 int CObjBase::Count(int type) const {
     const auto it = m_byType.find(type);
-    return it == m_byType.end() ? 0 : static_cast<int>(it->second.size());
+    return it == m_byType.end() ? 0 : static_cast<int>(it->second.count);
 }
 
 int CObjBase::CountAll() const {
-    return static_cast<int>(m_objects.size());
+    return static_cast<int>(m_count);
 }
 
 const CObj* CObjBase::Find(const CId& id) const {
-    const auto it = m_objects.find(id.GetValue());
-    return it == m_objects.end() ? nullptr : it->second->obj;
+    const Entry* entry = Slot(id.GetValue());
+    return entry != nullptr ? entry->obj.get() : nullptr;
+}
+
+void CObjBase::Compact(int type, TypeList& list) const {
+    auto& members = list.members;
+    // Pairs of objects that have left the type's place since go; the rest keep their order.
+    size_t kept = 0;
+    size_t keptSorted = 0;
+    for (size_t i = 0; i < members.size(); ++i) {
+        const Entry* entry = Slot(members[i].second);
+        if (entry == nullptr || entry->type != type || entry->order != members[i].first)
+            continue;
+        members[kept++] = members[i];
+        if (i < list.sorted)
+            keptSorted = kept;
+    }
+    members.resize(kept);
+    const auto tail = members.begin() + static_cast<std::ptrdiff_t>(keptSorted);
+    std::sort(tail, members.end());
+    std::inplace_merge(members.begin(), tail, members.end());
+    // An object taken out and put back in its old place has its pair twice.
+    members.erase(std::unique(members.begin(), members.end()), members.end());
+    list.sorted = members.size();
+    list.removed = 0;
 }
 
 std::vector<CId> CObjBase::Ids(int type, bool sorted) const {
@@ -225,8 +248,11 @@ std::vector<CId> CObjBase::Ids(int type, bool sorted) const {
     const auto it = m_byType.find(type);
     if (it == m_byType.end())
         return ids;
-    ids.reserve(it->second.size());
-    for (const auto& [order, id] : it->second)
+    TypeList& list = it->second;
+    if (list.removed != 0 || list.sorted != list.members.size())
+        Compact(type, list);
+    ids.reserve(list.members.size());
+    for (const auto& [order, id] : list.members)
         ids.emplace_back(id);
     if (sorted)
         std::sort(ids.begin(), ids.end());
@@ -235,11 +261,14 @@ std::vector<CId> CObjBase::Ids(int type, bool sorted) const {
 
 void CObjBase::Clear() {
     m_byType.clear();
-    m_objects.clear();
+    m_dense.clear();
+    m_sparse.clear();
+    m_count = 0;
     m_nextId = 1;
     m_nextOrder = 1;
     m_undo.clear();
     m_redo.clear();
+    m_discarded.clear();
     // A step in progress starts again from the empty store.
     if (m_current)
         m_current = std::make_unique<Step>(m_nextId);
@@ -247,28 +276,54 @@ void CObjBase::Clear() {
 
 // --- changes ---
 
-void CObjBase::DestroyObject(CObj* obj) {
-    if (obj != nullptr)
-        obj->Destroy(1);
+CObjBase::TypeList& CObjBase::List(int type) {
+    return m_byType[type];
 }
 
-void CObjBase::Place(CObj* obj, int type, uint64_t order) {
+void CObjBase::Place(Owned obj, int type, uint64_t order) {
     const int32_t id = obj->GetId().GetValue();
-    m_byType[type][order] = id;
-    m_objects[id] = std::make_unique<Entry>(obj, type, order);
+    Entry* entry = nullptr;
+    if (id >= 0 && id < kDenseIds) {
+        const auto index = static_cast<size_t>(id);
+        if (index >= m_dense.size())
+            m_dense.resize(std::max(index + 1, 2 * m_dense.size()));
+        entry = &m_dense[index];
+    } else {
+        entry = &m_sparse[id];
+    }
+    VASSERT(!entry->obj);
+    *entry = Entry{std::move(obj), type, order};
+    ++m_count;
+
+    TypeList& list = List(type);
+    auto& members = list.members;
+    if (list.sorted == members.size() && (members.empty() || members.back().first < order))
+        ++list.sorted;
+    members.emplace_back(order, id);
+    ++list.count;
+    if (members.size() > 2 * list.count + kSlackPairs)
+        Compact(type, list);
 }
 
-void CObjBase::Remove(const CId& id) {
-    const auto it = m_objects.find(id.GetValue());
-    if (it == m_objects.end())
-        return;
-    const auto typeIt = m_byType.find(it->second->type);
-    if (typeIt != m_byType.end()) {
-        typeIt->second.erase(it->second->order);
-        if (typeIt->second.empty())
-            m_byType.erase(typeIt);
+CObjBase::Owned CObjBase::Remove(int32_t id) {
+    Entry* entry = Slot(id);
+    if (entry == nullptr)
+        return nullptr;
+    TypeList& list = List(entry->type);
+    --list.count;
+    // The last pair of the list is the object's own when it came last in store order.
+    if (!list.members.empty() && list.members.back() == std::make_pair(entry->order, id) &&
+        list.sorted == list.members.size()) {
+        list.members.pop_back();
+        --list.sorted;
+    } else {
+        ++list.removed;
     }
-    m_objects.erase(it);
+    Owned obj = std::move(entry->obj);
+    if (id < 0 || id >= kDenseIds)
+        m_sparse.erase(id);
+    --m_count;
+    return obj;
 }
 
 CObjBase::Kept CObjBase::Image(const CObj& obj, Step& step) const {
@@ -278,44 +333,47 @@ CObjBase::Kept CObjBase::Image(const CObj& obj, Step& step) const {
     return step.Keep(m_scratch.Buffer());
 }
 
-void CObjBase::Touch(const CId& id) {
+CObjBase::Touched* CObjBase::Touch(const CId& id) {
     if (!m_current) {
         // A change outside any opening for writing cannot be undone, and the steps kept so
         // far no longer lead back to a state that existed.
         m_undo.clear();
         m_redo.clear();
-        return;
+        return nullptr;
     }
     if (!m_current->Mark(id.GetValue()))
-        return;
-    Touched touched;
+        return nullptr;
+    Touched& touched = m_current->touched.emplace_back();
     touched.id = id.GetValue();
-    if (const auto it = m_objects.find(id.GetValue()); it != m_objects.end()) {
-        touched.typeBefore = it->second->type;
-        touched.orderBefore = it->second->order;
-        touched.before = Image(*it->second->obj, *m_current);
+    if (const Entry* entry = Slot(id.GetValue())) {
+        touched.before.exists = true;
+        touched.before.type = entry->type;
+        touched.before.order = entry->order;
     }
-    m_current->touched.push_back(touched);
+    return &touched;
 }
 
 CObj* CObjBase::GetWritable(const CId& id) {
-    const auto it = m_objects.find(id.GetValue());
-    if (it == m_objects.end())
+    Entry* entry = Slot(id.GetValue());
+    if (entry == nullptr)
         return nullptr;
-    Touch(id);
-    return it->second->obj;
+    // The object is changed in place, so what it was is kept as its record.
+    if (Touched* touched = Touch(id))
+        touched->before.record = Image(*entry->obj, *m_current);
+    return entry->obj.get();
 }
 
 CId CObjBase::Insert(CObj* obj) {
     VASSERT(obj != nullptr);
+    Owned owned(obj);
     // Undo recreates objects by type, so only registered classes can be stored.
-    gfnAssert(IsRegistered(obj->GetType()), "IsRegistered (pObj->GetType ())",
-              gfnSourceName(__FILE__), __LINE__);
+    if (!IsRegistered(obj->GetType()))
+        gfnAssertFailed("IsRegistered (pObj->GetType ())", gfnSourceName(__FILE__), __LINE__);
     const CId id(m_nextId);
     Touch(id);
     ++m_nextId;
     obj->SetId(id);
-    Place(obj, obj->GetType(), m_nextOrder++);
+    Place(std::move(owned), obj->GetType(), m_nextOrder++);
     obj->NotifyInsert();
     return id;
 }
@@ -323,24 +381,42 @@ CId CObjBase::Insert(CObj* obj) {
 bool CObjBase::InsertLoaded(CObj* obj) {
     if (obj == nullptr)
         return false;
+    Owned owned(obj);
     const CId id = obj->GetId();
-    if (!id.Valid() || m_objects.contains(id.GetValue()) || !IsRegistered(obj->GetType())) {
-        DestroyObject(obj);
+    if (!id.Valid() || Slot(id.GetValue()) != nullptr || !IsRegistered(obj->GetType()))
         return false;
-    }
     Touch(id);
-    Place(obj, obj->GetType(), m_nextOrder++);
+    Place(std::move(owned), obj->GetType(), m_nextOrder++);
     m_nextId = std::max(m_nextId, id.GetValue() + 1);
     return true;
 }
 
 bool CObjBase::Delete(const CId& id) {
-    const auto it = m_objects.find(id.GetValue());
-    if (it == m_objects.end())
+    Entry* entry = Slot(id.GetValue());
+    if (entry == nullptr)
         return false;
-    Touch(id);
-    it->second->obj->NotifyDelete();
-    Remove(id);
+    Touched* touched = Touch(id);
+    entry->obj->NotifyDelete();
+    Owned obj = Remove(id.GetValue());
+    // The deleted object itself is what undo brings back.
+    if (touched != nullptr)
+        touched->before.obj = std::move(obj);
+    return true;
+}
+
+bool CObjBase::Replace(const CId& id, CObj* obj) {
+    VASSERT(obj != nullptr);
+    Owned owned(obj);
+    Entry* entry = Slot(id.GetValue());
+    if (entry == nullptr)
+        return false;
+    if (obj->GetType() != entry->type)
+        gfnAssertFailed("pObj->GetType () == pOld->GetType ()", gfnSourceName(__FILE__), __LINE__);
+    obj->SetId(id);
+    Touched* touched = Touch(id);
+    Owned old = std::exchange(entry->obj, std::move(owned));
+    if (touched != nullptr)
+        touched->before.obj = std::move(old);
     return true;
 }
 
@@ -371,15 +447,29 @@ void CObjBase::UnfreezeUndoCounter() {
         FinishStep();
 }
 
-void CObjBase::TakeAfterImages(Step& step) const {
-    for (Touched& touched : step.touched) {
-        if (const auto it = m_objects.find(touched.id); it != m_objects.end()) {
-            touched.typeAfter = it->second->type;
-            touched.orderAfter = it->second->order;
-            touched.after = Image(*it->second->obj, step);
-        }
+bool CObjBase::Unchanged(const Touched& t, const Step& step) const {
+    const Entry* now = Slot(t.id);
+    if (t.before.exists != (now != nullptr))
+        return false;
+    if (now == nullptr)
+        return true;
+    if (t.before.type != now->type || t.before.order != now->order)
+        return false;
+    m_scratch.Open(CFiller::Mode::Write);
+    now->obj->ToFiller(m_scratch);
+    m_scratch.Close();
+    const std::vector<uint8_t>& after = m_scratch.Buffer();
+    if (t.before.record) {
+        const uint8_t* before = step.Bytes(*t.before.record);
+        return t.before.record->size == after.size() &&
+               std::equal(after.begin(), after.end(), before);
     }
-    step.afterTaken = true;
+    if (!t.before.obj)
+        return false;
+    m_scratch2.Open(CFiller::Mode::Write);
+    t.before.obj->ToFiller(m_scratch2);
+    m_scratch2.Close();
+    return m_scratch2.Buffer() == after;
 }
 
 void CObjBase::FinishStep() {
@@ -388,35 +478,92 @@ void CObjBase::FinishStep() {
         return;
     step->nextIdAfter = m_nextId;
     step->ForgetMarks();
-    if (step->touched.size() <= kEagerAfterImages) {
-        TakeAfterImages(*step);
+    if (step->touched.size() <= kCompareSteps) {
         // Objects opened for writing but left as they were are no part of the step; a step
         // that changed nothing is not kept at all.
-        std::erase_if(step->touched, [&step](const Touched& t) { return step->Unchanged(t); });
+        std::erase_if(step->touched,
+                      [this, &step](const Touched& t) { return Unchanged(t, *step); });
         if (step->touched.empty() && step->nextIdBefore == step->nextIdAfter)
             return;
     }
+    // What could have been redone is out of reach now: it is set aside, to be freed when
+    // the host is idle (ReleaseDiscarded) or when the next step finishes.
+    m_discarded.clear();
+    m_discarded.swap(m_redo);
     m_undo.push_back(std::move(step));
-    m_redo.clear();
-    while (m_undo.size() > m_undoLimit)
-        m_undo.erase(m_undo.begin());
+    TrimUndo();
 }
 
-void CObjBase::Restore(const CId& id, int type, uint64_t order, const Step& step,
-                       const std::optional<Kept>& image) {
-    Remove(id);
-    if (!image)
+void CObjBase::ReleaseDiscarded() {
+    m_discarded.clear();
+}
+
+void CObjBase::TrimUndo() {
+    if (m_undo.size() <= m_undoLimit)
         return;
-    CObj* obj = CreateObject(type);
-    VASSERT(obj != nullptr);
-    CFiller f;
-    const uint8_t* bytes = step.Bytes(*image);
-    f.SetBuffer(std::vector<uint8_t>(bytes, bytes + image->size));
-    f.Open(CFiller::Mode::Read);
-    obj->FromFiller(f);
-    f.Close();
-    obj->SetId(id);
-    Place(obj, type, order);
+    const auto beyond = m_undo.begin() + static_cast<std::ptrdiff_t>(m_undo.size() - m_undoLimit);
+    m_discarded.insert(m_discarded.end(), std::make_move_iterator(m_undo.begin()),
+                       std::make_move_iterator(beyond));
+    m_undo.erase(m_undo.begin(), beyond);
+}
+
+CObjBase::State CObjBase::Detach(int32_t id) {
+    State state;
+    if (const Entry* entry = Slot(id)) {
+        state.exists = true;
+        state.type = entry->type;
+        state.order = entry->order;
+        state.obj = Remove(id);
+    }
+    return state;
+}
+
+CObjBase::Owned CObjBase::Revive(int32_t id, State& state, const Step& step) {
+    Owned obj = std::move(state.obj);
+    if (!obj) {
+        VASSERT(state.record.has_value());
+        obj.reset(CreateObject(state.type));
+        VASSERT(obj != nullptr);
+        CFiller f;
+        const uint8_t* bytes = step.Bytes(*state.record);
+        f.SetBuffer(std::vector<uint8_t>(bytes, bytes + state.record->size));
+        f.Open(CFiller::Mode::Read);
+        obj->FromFiller(f);
+        f.Close();
+    }
+    obj->SetId(CId(id));
+    return obj;
+}
+
+void CObjBase::Attach(int32_t id, State& state, const Step& step) {
+    if (state.exists)
+        Place(Revive(id, state, step), state.type, state.order);
+}
+
+void CObjBase::Swap(Step& step, State Touched::*from, State Touched::*to) {
+    // An object whose other side stands in the same place is exchanged where it stands. The
+    // others are all taken away first and then brought back, so that an id never meets an
+    // object that is still to be replaced.
+    std::vector<char> exchanged(step.touched.size(), 0);
+    for (size_t i = 0; i < step.touched.size(); ++i) {
+        Touched& t = step.touched[i];
+        State& leaving = t.*from;
+        State& coming = t.*to;
+        Entry* entry = Slot(t.id);
+        if (entry != nullptr && coming.exists && entry->type == coming.type &&
+            entry->order == coming.order) {
+            Owned obj = Revive(t.id, coming, step);
+            leaving = State{true, entry->type, entry->order, nullptr, std::nullopt};
+            leaving.obj = std::exchange(entry->obj, std::move(obj));
+            exchanged[i] = 1;
+        } else {
+            leaving = Detach(t.id);
+        }
+    }
+    for (size_t i = 0; i < step.touched.size(); ++i) {
+        if (exchanged[i] == 0)
+            Attach(step.touched[i].id, step.touched[i].*to, step);
+    }
 }
 
 bool CObjBase::CanUndo() const {
@@ -432,14 +579,7 @@ bool CObjBase::Undo() {
         return false;
     std::unique_ptr<Step> step = std::move(m_undo.back());
     m_undo.pop_back();
-    if (!step->afterTaken)
-        TakeAfterImages(*step);
-    // Take every touched object away first, then bring back the ones that existed, so that
-    // an id never meets an object that is still to be replaced.
-    for (const Touched& t : step->touched)
-        Remove(CId(t.id));
-    for (const Touched& t : step->touched)
-        Restore(CId(t.id), t.typeBefore, t.orderBefore, *step, t.before);
+    Swap(*step, &Touched::after, &Touched::before);
     m_nextId = step->nextIdBefore;
     m_redo.push_back(std::move(step));
     return true;
@@ -450,10 +590,7 @@ bool CObjBase::Redo() {
         return false;
     std::unique_ptr<Step> step = std::move(m_redo.back());
     m_redo.pop_back();
-    for (const Touched& t : step->touched)
-        Remove(CId(t.id));
-    for (const Touched& t : step->touched)
-        Restore(CId(t.id), t.typeAfter, t.orderAfter, *step, t.after);
+    Swap(*step, &Touched::before, &Touched::after);
     m_nextId = step->nextIdAfter;
     m_undo.push_back(std::move(step));
     return true;
@@ -461,6 +598,5 @@ bool CObjBase::Redo() {
 
 void CObjBase::SetUndoLimit(int steps) {
     m_undoLimit = static_cast<size_t>(std::max(steps, 0));
-    while (m_undo.size() > m_undoLimit)
-        m_undo.erase(m_undo.begin());
+    TrimUndo();
 }

@@ -8,13 +8,17 @@
 // Undo: every opening of the store for writing is one undo step; openings made while the
 // undo counter is frozen, or while another writing view is open, join the step in progress.
 // A step is finished when the last writing view closes with the counter not frozen. Before
-// an object is first changed (GetW), deleted or inserted within a step, its record is kept;
-// undoing a step brings back every such object exactly (id, fields, store order and the next
-// id to be given), and redoing it brings back the state undo left. Undo and redo recreate
-// objects from their records and do not notify them. A step of up to a few hundred objects
-// that changed nothing is not kept (larger steps are kept as they are, so that a cascade over
-// thousands of objects records each one only once on its way); a change made with no opening for
-// writing cannot be undone and empties the history.
+// an object is first changed within a step, what it was is kept: the record of an object
+// taken for writing (GetW), the object itself when it is deleted or replaced (Replace), the
+// fact that it did not exist when it is inserted. Undoing a step brings back every such object
+// exactly (id, fields, store order and the next id to be given), and redoing it brings back
+// the state undo left. Only an object changed in place is made again from its record; the
+// objects that undo and redo take out of the store are kept by the step in their turn, so
+// that going back and forth serializes nothing. Undo and redo do not notify objects. A
+// step of up to a few hundred objects that changed nothing is not kept (larger steps are kept
+// as they are, so that a cascade over thousands of objects costs nothing more than its
+// changes); a change made with no opening for writing cannot be undone and empties the history.
+// An object that is deleted is kept as its NotifyDelete leaves it.
 //
 // The classes that can live in a store are registered once per process with RegisterSubBase;
 // their prototypes create objects by type when records are read.
@@ -72,6 +76,14 @@ public:
     /// Number of finished undo steps that can be undone.
     int GetUndoCount() const { return static_cast<int>(m_undo.size()); }
     void SetUndoLimit(int steps);
+    /// Frees the steps that can no longer be reached: those that could have been redone
+    /// before a new step was made, and the oldest ones beyond the limit. Giving back the
+    /// objects of a large step takes time, so a finished step only sets them aside and the
+    /// host calls this when it is idle; what is set aside is freed at the latest when the next
+    /// step finishes.
+    void ReleaseDiscarded();
+    /// Whether any unreachable steps wait to be freed.
+    bool HasDiscarded() const { return !m_discarded.empty(); }
 
     // --- used by CBaseManager ---
     void BeginWrite();
@@ -87,25 +99,72 @@ public:
     /// taken or the class is not registered.
     bool InsertLoaded(CObj* obj);
     bool Delete(const CId& id);
+    /// Puts obj (taken over; of the same type) in place of the stored object with that id: it
+    /// gets the id and the place in the store order, and the old object is kept by the undo
+    /// step instead of its record. No notification is sent. Returns false (and destroys obj)
+    /// when there is no such object.
+    bool Replace(const CId& id, CObj* obj);
 
 private:
-    struct Entry;
+    /// Destroys a stored object through its class (pooled objects go back to their pool).
+    struct Destroyer {
+        void operator()(CObj* obj) const;
+    };
+    using Owned = std::unique_ptr<CObj, Destroyer>;
+    /// One stored object with its type and its place in the store order of the type; an
+    /// empty entry holds no object.
+    struct Entry {
+        Owned obj;
+        int type = 0;
+        uint64_t order = 0;
+    };
+    /// The objects of one type as (order, id) pairs. The first `sorted` pairs are in store
+    /// order; pairs placed out of order follow them, and pairs of objects removed since stay
+    /// until the list is next walked, when it is put right once for every walk after it.
+    struct TypeList {
+        std::vector<std::pair<uint64_t, int32_t>> members;
+        size_t sorted = 0;
+        size_t count = 0;
+        size_t removed = 0;
+    };
     struct Kept;
+    struct State;
     struct Touched;
     struct Step;
-    static void DestroyObject(CObj* obj);
-    void Touch(const CId& id);
-    void Restore(const CId& id, int type, uint64_t order, const Step& step,
-                 const std::optional<Kept>& image);
+
+    Entry* Slot(int32_t id);
+    const Entry* Slot(int32_t id) const;
+    /// The step's slot for the id when this is its first change within the step in progress,
+    /// otherwise null (also when no step is open; the history is then emptied).
+    Touched* Touch(const CId& id);
     /// Writes the object's record into the step's image store.
     Kept Image(const CObj& obj, Step& step) const;
     void FinishStep();
-    void TakeAfterImages(Step& step) const;
-    void Place(CObj* obj, int type, uint64_t order);
-    void Remove(const CId& id);
+    /// Sets the oldest undo steps beyond the limit aside.
+    void TrimUndo();
+    /// Whether the object is now exactly what the step kept of it before.
+    bool Unchanged(const Touched& touched, const Step& step) const;
+    /// Takes the object with that id out of the store; the state is empty when there is none.
+    State Detach(int32_t id);
+    /// The state's object, made from its record when only the record is kept.
+    static Owned Revive(int32_t id, State& state, const Step& step);
+    /// Puts the state's object back in its place, when it existed.
+    void Attach(int32_t id, State& state, const Step& step);
+    /// Goes from one side of every touched object to the other: the store's objects become
+    /// the `from` side and the `to` side's objects come into the store.
+    void Swap(Step& step, State Touched::*from, State Touched::*to);
+    void Place(Owned obj, int type, uint64_t order);
+    Owned Remove(int32_t id);
+    TypeList& List(int type);
+    void Compact(int type, TypeList& list) const;
 
-    std::unordered_map<int32_t, std::unique_ptr<Entry>> m_objects;
-    std::map<int, std::map<uint64_t, int32_t>> m_byType;
+    static constexpr int32_t kDenseIds = int32_t{1} << 20;
+    // Objects by id: ids below kDenseIds by index (store ids are small positive numbers), any
+    // other in a hash map.
+    std::vector<Entry> m_dense;
+    std::unordered_map<int32_t, Entry> m_sparse;
+    size_t m_count = 0;
+    mutable std::map<int, TypeList> m_byType;
     int32_t m_nextId = 1;
     uint64_t m_nextOrder = 1;
 
@@ -114,8 +173,10 @@ private:
     std::unique_ptr<Step> m_current;
     std::vector<std::unique_ptr<Step>> m_undo;
     std::vector<std::unique_ptr<Step>> m_redo;
+    std::vector<std::unique_ptr<Step>> m_discarded;
     size_t m_undoLimit = 200;
-    // The stream every record image is written into before the step keeps its bytes, so that
-    // an image costs no allocation of its own.
+    // The streams records are written into before a step keeps their bytes or compares them,
+    // so that an image costs no allocation of its own.
     mutable CFiller m_scratch;
+    mutable CFiller m_scratch2;
 };

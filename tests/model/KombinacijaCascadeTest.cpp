@@ -108,6 +108,12 @@ protected:
 
 TEST_F(KombinacijaCascadeTest, DeletingALoadCaseRemovesItsCombinationsRenumbersAndRenames) {
     ASSERT_EQ(std::get<1>(Combinations()[3]), L"I+1.50xIV");
+    // The host's attribute word of a renamed combination survives the renaming.
+    CId k4;
+    for (const CId& id : m_base->Ids(CKombinacijaOpterecenja::Type))
+        if (Get<CKombinacijaOpterecenja>(id)->Item().GetRedniBroj() == 4)
+            k4 = id;
+    Change<CKombinacijaOpterecenja>(k4, [](CKombinacijaOpterecenja& k) { k.SetAtribut(42); });
     const StoreImage before = Image();
     const int steps = m_base->GetUndoCount();
     DeleteLoadCaseWith(m_w, [&] { // S becomes III
@@ -117,6 +123,7 @@ TEST_F(KombinacijaCascadeTest, DeletingALoadCaseRemovesItsCombinationsRenumbersA
     // the user's name stays.
     const Rows after = {{1, L"1.35xI+1.50xII", 1}, {2, L"I+1.50xIII", 1}, {3, L"Sneg", 0}};
     EXPECT_EQ(Combinations(), after);
+    EXPECT_EQ(Get<CKombinacijaOpterecenja>(k4)->GetAtribut(), 42);
     ExpectNoChange([&] {
         EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w), 0);
         EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId(999)), 0);

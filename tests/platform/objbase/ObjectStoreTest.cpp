@@ -98,13 +98,14 @@ TEST_F(ObjectStore, WalkSkipsObjectsDeletedSinceTheSelectionAndDeleteNotifies) {
     EXPECT_EQ(bm.GetW(ids[1]), nullptr);
     EXPECT_EQ(CTestZapis::s_nInserted, inserted + 4);
     EXPECT_EQ(CTestZapis::s_nDeleted, deleted + 2);
-    EXPECT_EQ(CTestZapis::s_nReleased, released + 2);
-    // The undo history keeps records, not objects.
-    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 2);
+    // The undo step keeps the deleted objects themselves; they go when the history does.
+    EXPECT_EQ(CTestZapis::s_nReleased, released);
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 4);
     EXPECT_EQ(bm.DeleteAll(CTestZapis::Type), 2);
     EXPECT_EQ(m_base.CountAll(), 1);
     bm.Close();
     m_base.Clear();
+    EXPECT_EQ(CTestZapis::s_nReleased, released + 4);
     EXPECT_EQ(CTestZapis::memPool.InUse(), inUse);
     EXPECT_EQ(m_base.GetNextId(), 1);
     EXPECT_FALSE(m_base.CanUndo());
@@ -136,6 +137,14 @@ TEST_F(ObjectStore, ChangesOutsideAWritingViewEndTheProgram) {
     EXPECT_EXIT(CBaseManager(CTestZapis::Type, &m_base).Insert(new CTestZapis(2)),
                 ::testing::ExitedWithCode(0), "ASSERT\\(IsWrite \\(\\)\\)");
     EXPECT_EXIT(CBaseManager::AssertOpenOK(0), ::testing::ExitedWithCode(0), "ASSERT\\(bOpenOK\\)");
+    // An object can only be replaced by one of its own type.
+    EXPECT_EXIT(
+        {
+            CBaseManager bm(CTestZapis::Type, &m_base);
+            bm.Open(CBaseManager::Write);
+            bm.Replace(ids[0], new CTestOznaka(3));
+        },
+        ::testing::ExitedWithCode(0), "ASSERT\\(pObj->GetType \\(\\) == pOld->GetType \\(\\)\\)");
     EXPECT_EQ(m_base.CountAll(), 1);
 }
 

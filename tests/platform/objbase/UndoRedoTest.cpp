@@ -197,3 +197,84 @@ TEST_F(UndoRedo, StepsOverManyObjectsAreUndoneAndRedoneExactly) {
         EXPECT_EQ(Capture(), n > 512 ? before : empty) << n;
     }
 }
+
+TEST_F(UndoRedo, ReplacedAndDeletedObjectsAreKeptThemselvesAndComeBackExactly) {
+    for (const int n : {20, 1500}) {
+        SCOPED_TRACE(n);
+        m_base.Clear();
+        Step([n](CBaseManager& bm) {
+            for (int v = 1; v <= n; ++v)
+                bm.Insert(new CTestZapis(v, v * 0.25));
+            bm.Insert(new CTestOznaka(-7));
+        });
+        std::vector<State> states{Capture()};
+        const CObj* const original = m_base.Find(CId(2));
+        // Every other object replaced by a changed copy, a replaced one then changed in place
+        // and another one replaced twice; two deleted, one of them replaced first.
+        Step([n](CBaseManager& bm) {
+            for (int id = 2; id <= n; id += 2) {
+                auto* kopija = new CTestZapis(-id, 1.5);
+                kopija->SetAtribut(id);
+                ASSERT_TRUE(bm.Replace(CId(id), kopija));
+                EXPECT_EQ(bm.GetR(CId(id)), kopija);
+                EXPECT_EQ(kopija->GetId(), CId(id));
+            }
+            Zapis(bm, 4)->m_nVrednost = 444;
+            ASSERT_TRUE(bm.Replace(CId(6), new CTestZapis(66)));
+            ASSERT_TRUE(bm.Replace(CId(8), new CTestZapis(88)));
+            bm.Delete(CId(8));
+            bm.Delete(CId(3));
+            EXPECT_FALSE(bm.Replace(CId(3), new CTestZapis(33))) << "no object with that id";
+        });
+        states.push_back(Capture());
+        ASSERT_TRUE(m_base.Undo());
+        EXPECT_EQ(Capture(), states[0]);
+        EXPECT_EQ(m_base.Find(CId(2)), original) << "the replaced object itself is back";
+        ASSERT_TRUE(m_base.Redo());
+        EXPECT_EQ(Capture(), states[1]);
+        ExpectUndoAndRedoExact(states, false);
+        // The store order holds across the swaps: a new object still comes last.
+        Step([](CBaseManager& bm) { bm.Insert(new CTestZapis(1000)); });
+        EXPECT_EQ(m_base.Ids(CTestZapis::Type).back(), CId(n + 2));
+    }
+}
+
+TEST_F(UndoRedo, UnreachableStepsAreFreedWhenIdleOrAtTheNextStep) {
+    const size_t inUse = CTestZapis::memPool.InUse();
+    Step([](CBaseManager& bm) {
+        for (int v = 0; v < 10; ++v)
+            bm.Insert(new CTestZapis(v));
+    });
+    Step([](CBaseManager& bm) {
+        for (int id = 1; id <= 10; ++id)
+            bm.Delete(CId(id));
+    });
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 10) << "the deleted objects are kept";
+    ASSERT_TRUE(m_base.Undo());
+    ASSERT_TRUE(m_base.Undo());
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 10);
+    // A new step puts both steps that could have been redone out of reach; their objects are
+    // freed when the host is idle, or else when the next step finishes.
+    Step([](CBaseManager& bm) { bm.Insert(new CTestZapis(11)); });
+    EXPECT_FALSE(m_base.CanRedo());
+    EXPECT_TRUE(m_base.HasDiscarded());
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 11);
+    m_base.ReleaseDiscarded();
+    EXPECT_FALSE(m_base.HasDiscarded());
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 1);
+    ASSERT_TRUE(m_base.Undo());
+    Step([](CBaseManager& bm) { bm.Insert(new CTestZapis(12)); });
+    Step([](CBaseManager& bm) { bm.Insert(new CTestZapis(13)); });
+    EXPECT_FALSE(m_base.HasDiscarded());
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 2);
+
+    // Steps beyond the limit are set aside too.
+    m_base.SetUndoLimit(1);
+    EXPECT_TRUE(m_base.HasDiscarded());
+    Step([](CBaseManager& bm) { bm.Delete(CId(1)); });
+    EXPECT_EQ(m_base.GetUndoCount(), 1);
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse + 2) << "the deleted object is kept";
+    m_base.Clear();
+    EXPECT_FALSE(m_base.HasDiscarded());
+    EXPECT_EQ(CTestZapis::memPool.InUse(), inUse);
+}
