@@ -3,6 +3,7 @@
 #include "model/KombOptItem.h"
 
 #include "diag/Assert.h"
+#include "model/NameText.h"
 #include "model/SlOptItem.h"
 #include "model/SlucajOpterecenja.h"
 #include "objbase/BaseManager.h"
@@ -26,87 +27,8 @@ constexpr int kEntriesPerBlock = 64;
 /// The smallest item record: an empty name (its int32 length), flag, ordinal and count.
 constexpr size_t kMinItemBytes = 4 * sizeof(int32_t);
 
-/// The Roman numeral of a load case ordinal. Names of many combinations are built at once
-/// after a renumbering, and they all use the same few ordinals, so the numerals are kept.
-const CString& RimskiBroj(int redniBroj) {
-    static std::vector<CString> numerals;
-    static CString other;
-    if (redniBroj < 1 || redniBroj > 3999) {
-        other = CRomanNumber::GetRomanValue(redniBroj);
-        return other;
-    }
-    if (numerals.size() <= static_cast<size_t>(redniBroj))
-        numerals.resize(static_cast<size_t>(redniBroj) + 1);
-    CString& numeral = numerals[static_cast<size_t>(redniBroj)];
-    if (numeral.empty())
-        numeral = CRomanNumber::GetRomanValue(redniBroj);
-    return numeral;
-}
-
-/// A name being built: its characters go into a buffer on the stack (on the heap only for a
-/// name too long for it) and into the name in one copy, which is much cheaper than appending
-/// the terms of thousands of names one by one.
-class NazivBafer {
-public:
-    NazivBafer() = default;
-    NazivBafer(const NazivBafer&) = delete;
-    NazivBafer& operator=(const NazivBafer&) = delete;
-
-    void Dodaj(wchar_t c) {
-        if (m_nDuzina == m_nKapacitet)
-            Rasti(1);
-        m_pZnaci[m_nDuzina++] = c;
-    }
-    void Dodaj(const CString& tekst) {
-        const size_t n = tekst.size();
-        if (m_nDuzina + n > m_nKapacitet)
-            Rasti(n);
-        const wchar_t* izvor = tekst.data();
-        for (size_t k = 0; k < n; ++k)
-            m_pZnaci[m_nDuzina + k] = izvor[k];
-        m_nDuzina += n;
-    }
-    void Prepisi(CString& naziv) const { naziv.assign(m_pZnaci, m_nDuzina); }
-
-private:
-    static constexpr size_t kNaSteku = 512;
-
-    void Rasti(size_t n) {
-        std::vector<wchar_t> veci(std::max(2 * m_nKapacitet, m_nDuzina + n));
-        std::copy_n(m_pZnaci, m_nDuzina, veci.data());
-        m_uHipu = std::move(veci);
-        m_pZnaci = m_uHipu.data();
-        m_nKapacitet = m_uHipu.size();
-    }
-
-    wchar_t m_naSteku[kNaSteku];
-    std::vector<wchar_t> m_uHipu;
-    wchar_t* m_pZnaci = m_naSteku;
-    size_t m_nDuzina = 0;
-    size_t m_nKapacitet = kNaSteku;
-};
-
-/// A coefficient with two decimals. Generated combinations use a handful of distinct
-/// coefficients, so the texts are remembered in a small table by the value's bits and the sign
-/// flag (the text depends on nothing else). The reference holds until the next call.
-const CString& FormatKoef(double value, int signFlag) {
-    struct Entry {
-        uint64_t bits = 0;
-        int sign = -1;
-        CString text;
-    };
-    static Entry cache[64];
-    const auto bits = std::bit_cast<uint64_t>(value);
-    const int sign = signFlag != 0 ? 1 : 0;
-    const uint64_t hash = (bits ^ (bits >> 29)) * 0x9E3779B97F4A7C15ull;
-    Entry& e = cache[((hash >> 58) ^ static_cast<uint64_t>(sign)) & 63];
-    if (e.sign != sign || e.bits != bits) {
-        e.bits = bits;
-        e.sign = sign;
-        e.text = gfnFormatDouble(value, 2, sign);
-    }
-    return e.text;
-}
+using nazivi::FormatKoef;
+using nazivi::RimskiBroj;
 
 /// One side of a MAX term of the paired rule: the coefficient and "x" unless it is 1, then
 /// the numeral of the ordinal.
@@ -419,18 +341,17 @@ void CKombOptItem::NazivPoRednimBrojevima(Lookup&& redniBroj, bool bKorijen, CSt
             maliRedniBrojevi = false;
         }
     }
-    NazivBafer bafer;
+    nazivi::NazivBafer bafer;
     auto dodaj = [&](int r, int index) {
         const double koef = koefs[index];
         if (std::fabs(koef - 1.0) <= tol) {
             if (r != najmanji)
                 bafer.Dodaj(L'+');
         } else {
-            bafer.Dodaj(
-                FormatKoef(bKorijen ? std::sqrt(std::fabs(koef)) : koef, r != najmanji ? 1 : 0));
-            bafer.Dodaj(L'x');
+            bafer.Dodaj(nazivi::KoefKomad(bKorijen ? std::sqrt(std::fabs(koef)) : koef,
+                                          r != najmanji ? 1 : 0));
         }
-        bafer.Dodaj(RimskiBroj(r));
+        bafer.Dodaj(nazivi::RimskiKomad(r));
     };
     if (maliRedniBrojevi) {
         for (int rec = 0; rec <= najveci / 64 && nClanova > 0; ++rec) {

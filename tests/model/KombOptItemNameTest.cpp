@@ -4,6 +4,7 @@
 #include "LoadRecordBytes.h"
 #include "ModelFixture.h"
 #include "model/KombOptItem.h"
+#include "text/Translator.h"
 
 #include <gtest/gtest.h>
 
@@ -99,6 +100,36 @@ TEST_F(KombOptItemNameTest, PlainNameListsTermsByAscendingOrdinalOnBothPaths) {
     EXPECT_EQ(CKombOptItem(item).IsGenericName(), 1);
     item.SetNaziv(L"Korisnik");
     EXPECT_EQ(item.IsGenericName(), 0);
+}
+
+TEST(KombOptItemNameText, LongCoefficientsLargeOrdinalsAndLongNamesAreWrittenWhole) {
+    // Ordinals by id straight from a table: the store plays no part.
+    CRedniBrojeviSlOpt ordinals;
+    for (int r = 1; r <= 300; ++r)
+        ordinals.Postavi(CId(r), r);
+    ordinals.Postavi(CId(3888), 3888);
+    ordinals.Postavi(CId(4000), 4000);
+    auto name = [&ordinals](std::initializer_list<std::pair<int, double>> entries) {
+        CKombOptItem item;
+        for (const auto& [id, koef] : entries)
+            item.DodajOsnOpt(koef, CId(id));
+        return item.NapraviGenerickiNaziv(ordinals);
+    };
+    // Coefficient texts and numerals around and beyond the size kept ready; the same long
+    // coefficient twice, so that it is also taken from what was kept.
+    EXPECT_EQ(name({{1, 123456789012.0}, {2, 123456789012345.0}, {3, 123456789012345.0}}),
+              L"123456789012.00xI+123456789012345.00xII+123456789012345.00xIII");
+    EXPECT_EQ(name({{3888, 2.5}, {4000, -1.0}, {7, 1.0}}), L"VII+2.50xMMMDCCCLXXXVIII-1.00x4000");
+    EXPECT_EQ(name({{4000, 1.0}, {3888, 1.0}}), L"MMMDCCCLXXXVIII+4000");
+    // A name longer than the buffer on the stack: 300 terms.
+    CKombOptItem item;
+    CString expected;
+    for (int r = 1; r <= 300; ++r) {
+        item.DodajOsnOpt(1.25, CId(r));
+        expected += CString(r == 1 ? L"" : L"+") + L"1.25x" + CRomanNumber::GetRomanValue(r);
+    }
+    EXPECT_GT(expected.size(), 1024u);
+    EXPECT_EQ(item.NapraviGenerickiNaziv(ordinals), expected);
 }
 
 TEST_F(KombOptItemNameTest, RootsOnlyWhenTheHookWasAskedAndGaveNoPairs) {
