@@ -167,14 +167,16 @@ int CKombOptItem::GetOsnOptByIndex(int i, double& koef, CId& id) const {
 }
 
 int CKombOptItem::GetOsnOptById(int& i, double& koef, const CId& id) const {
-    for (int k = 0; k < GetBrojOsnOpt(); ++k) {
-        if (m_arrId[k] == id) {
-            i = k;
-            koef = m_arrKoef[k];
-            return 1;
-        }
-    }
-    return 0;
+    // A cascade asks this of every combination of the model: a plain search of the ids.
+    const std::vector<CId>& ids = m_arrId.Vector();
+    const auto kraj =
+        ids.begin() + static_cast<std::ptrdiff_t>(std::min(ids.size(), m_arrKoef.Vector().size()));
+    const auto it = std::find(ids.begin(), kraj, id);
+    if (it == kraj)
+        return 0;
+    i = static_cast<int>(it - ids.begin());
+    koef = m_arrKoef[i];
+    return 1;
 }
 
 double CKombOptItem::GetOsnOptKoefByIndex(int i) const {
