@@ -15,24 +15,31 @@ constexpr int kNajveciRimski = 3999;
 
 /// A small table of coefficient texts by the value's bits and the sign flag (the text depends
 /// on nothing else): generated combinations use a handful of distinct coefficients.
-template <class Vrednost> struct KoefTabela {
+template <class Vrednost> class KoefTabela {
+public:
+    /// The text kept for the value, made by napravi(text) when the table has none.
+    template <class Napravi>
+    const Vrednost& Dohvati(double value, int signFlag, Napravi&& napravi) {
+        const auto bits = std::bit_cast<uint64_t>(value);
+        const int sign = signFlag != 0 ? 1 : 0;
+        const uint64_t hash = (bits ^ (bits >> 29)) * 0x9E3779B97F4A7C15ull;
+        Stavka& s = m_stavke[((hash >> 58) ^ static_cast<uint64_t>(sign)) & 63];
+        if (s.sign != sign || s.bits != bits) {
+            s.sign = -1; // not valid while the text is made
+            napravi(s.vrednost);
+            s.bits = bits;
+            s.sign = sign;
+        }
+        return s.vrednost;
+    }
+
+private:
     struct Stavka {
         uint64_t bits = 0;
         int sign = -1;
         Vrednost vrednost;
     };
-    /// The entry for the value, and whether it holds the value's text already.
-    Stavka& Nadji(double value, int signFlag, bool& ima) {
-        const auto bits = std::bit_cast<uint64_t>(value);
-        const int sign = signFlag != 0 ? 1 : 0;
-        const uint64_t hash = (bits ^ (bits >> 29)) * 0x9E3779B97F4A7C15ull;
-        Stavka& s = stavke[((hash >> 58) ^ static_cast<uint64_t>(sign)) & 63];
-        ima = s.sign == sign && s.bits == bits;
-        s.bits = bits;
-        s.sign = sign;
-        return s;
-    }
-    Stavka stavke[64];
+    Stavka m_stavke[64];
 };
 
 } // namespace
@@ -40,6 +47,7 @@ template <class Vrednost> struct KoefTabela {
 void Komad::Postavi(const CString& tekst) {
     duzina = tekst.size();
     znaci.fill(L'\0');
+    dugacak.clear();
     if (duzina <= kZnakova)
         std::copy_n(tekst.data(), duzina, znaci.data());
     else
@@ -86,20 +94,15 @@ const Komad& RimskiKomad(int redniBroj) {
 
 const CString& FormatKoef(double value, int signFlag) {
     static KoefTabela<CString> tabela;
-    bool ima = false;
-    auto& stavka = tabela.Nadji(value, signFlag, ima);
-    if (!ima)
-        stavka.vrednost = gfnFormatDouble(value, 2, signFlag != 0 ? 1 : 0);
-    return stavka.vrednost;
+    return tabela.Dohvati(value, signFlag, [&](CString& tekst) {
+        tekst = gfnFormatDouble(value, 2, signFlag != 0 ? 1 : 0);
+    });
 }
 
 const Komad& KoefKomad(double value, int signFlag) {
     static KoefTabela<Komad> tabela;
-    bool ima = false;
-    auto& stavka = tabela.Nadji(value, signFlag, ima);
-    if (!ima)
-        stavka.vrednost.Postavi(FormatKoef(value, signFlag) + L"x");
-    return stavka.vrednost;
+    return tabela.Dohvati(value, signFlag,
+                          [&](Komad& komad) { komad.Postavi(FormatKoef(value, signFlag) + L"x"); });
 }
 
 } // namespace nazivi
