@@ -1,6 +1,7 @@
 #pragma once
 // A large model for the combination benchmarks: 200 load cases and 32768 generated
-// combinations of 20 load cases each, with generated names, in a document of its own.
+// combinations of 20 load cases each, with generated names, in a document of its own; and the
+// start of such a model that other benchmarks fill in their own way.
 #include "host/Model.h"
 #include "model/KombinacijaOpterecenja.h"
 #include "model/ModelRegistration.h"
@@ -18,21 +19,30 @@ constexpr int kSlucajeva = 200;
 constexpr int kKombinacija = 32768;
 constexpr int kClanova = 20;
 
+/// A new current document with the model object and kSlucajeva load cases of ordinals 1 up,
+/// whose ids are given in slucajevi.
+inline std::unique_ptr<CObjBase> NoviModel(std::vector<CId>& slucajevi) {
+    RegisterHostClasses();
+    RegisterLoadClasses();
+    auto base = std::make_unique<CObjBase>();
+    CObjBase::SetCurrent(base.get());
+    CBaseManager bm;
+    bm.Open(CBaseManager::Write);
+    bm.Insert(std::make_unique<CModel>().release());
+    for (int k = 1; k <= kSlucajeva; ++k) {
+        auto p = std::make_unique<CSlucajOpterecenja>();
+        p->SetNaziv(CString::Formatted(L"Slucaj opterecenja %d", k));
+        p->PostaviRedniBroj(k);
+        slucajevi.push_back(bm.Insert(p.release()));
+    }
+    return base;
+}
+
 struct CombinationModel {
     CombinationModel() {
-        RegisterHostClasses();
-        RegisterLoadClasses();
-        base = std::make_unique<CObjBase>();
-        CObjBase::SetCurrent(base.get());
+        base = NoviModel(slucajevi);
         CBaseManager bm;
         bm.Open(CBaseManager::Write);
-        bm.Insert(std::make_unique<CModel>().release());
-        for (int k = 1; k <= kSlucajeva; ++k) {
-            auto p = std::make_unique<CSlucajOpterecenja>();
-            p->SetNaziv(CString::Formatted(L"Slucaj opterecenja %d", k));
-            p->PostaviRedniBroj(k);
-            slucajevi.push_back(bm.Insert(p.release()));
-        }
         // Each combination takes 20 different load cases, picked by a fixed pseudo-random
         // sequence, with the usual partial factors.
         static constexpr double kKoef[] = {1.0, 1.35, 1.5, 0.9, 1.05, 0.75};

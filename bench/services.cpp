@@ -1,12 +1,10 @@
 // The load services on a large model: 200 load cases, 32768 combinations and 100 envelopes,
 // every tenth of which envelopes every combination. The host calls these after every change,
 // so a refresh of the results selector should stay under about 100 ms.
+#include "CombinationModel.h"
 #include "host/MainFrame.h"
-#include "host/Model.h"
 #include "model/AnvelopaOpterecenja.h"
 #include "model/KombinacijaOpterecenja.h"
-#include "model/ModelRegistration.h"
-#include "model/SlucajOpterecenja.h"
 #include "objbase/BaseManager.h"
 #include "services/Opterecenje.h"
 
@@ -17,8 +15,8 @@
 
 namespace {
 
-constexpr int kSlucajeva = 200;
-constexpr int kKombinacija = 32768;
+using benchmodel::kKombinacija;
+using benchmodel::kSlucajeva;
 constexpr int kAnvelopa = 100;
 constexpr int kPromenljivih = 15; // 2^15 combinations of the variable cases
 
@@ -49,19 +47,9 @@ std::vector<std::pair<int, double>> Clanovi(int j) {
 
 struct Model {
     Model() {
-        RegisterHostClasses();
-        RegisterLoadClasses();
-        base = std::make_unique<CObjBase>();
-        CObjBase::SetCurrent(base.get());
+        base = benchmodel::NoviModel(ids);
         CBaseManager bm;
         bm.Open(CBaseManager::Write);
-        bm.Insert(std::make_unique<CModel>().release());
-        for (int k = 1; k <= kSlucajeva; ++k) {
-            auto p = std::make_unique<CSlucajOpterecenja>();
-            p->SetNaziv(CString::Formatted(L"Slucaj %d", k));
-            p->PostaviRedniBroj(k);
-            ids.push_back(bm.Insert(p.release()));
-        }
         for (int j = 0; j < kKombinacija; ++j) {
             auto p = std::make_unique<CKombinacijaOpterecenja>();
             p->Item().SetRedniBroj(j + 1);
