@@ -46,7 +46,7 @@ ExitCode Show(CCliHost& host, const CCommandOptions& options, std::ostream& out,
         out.flush();
         err << kProgram << "the loads of " << options.file << " cannot be shown: " << e.what()
             << '\n';
-        return ExitCode::Internal;
+        return ExitCode::Service;
     }
     return ExitCode::Ok;
 }

@@ -11,7 +11,8 @@ enum class ExitCode : int {
     File = 1,     // the model file is missing, unreadable or damaged, or cannot be written
     Usage = 2,    // bad arguments
     Module = 3,   // the loads module cannot be loaded or lacks a service
-    Internal = 4, // a service failed while the model was shown
+    Service = 4,  // a service failed while the model was shown
+    Internal = 5, // a check of the program failed (an internal error; see vmerror.log)
 };
 
 struct CCommandOptions {

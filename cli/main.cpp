@@ -1,6 +1,7 @@
 // vorta-cli: the headless host of the loads module. It loads the module at run time and
 // writes or shows model files.
 #include "Commands.h"
+#include "diag/Assert.h"
 #include "host/ModuleLoader.h"
 
 #include <CLI/CLI.hpp>
@@ -8,6 +9,8 @@
 #include <iostream>
 
 int main(int argc, char** argv) {
+    // A check of the program that fails must never look like success to a script.
+    vdiag::SetFatalExitCode(static_cast<int>(ExitCode::Internal));
     CLI::App app{"The headless host of the loads module: writes and shows model files."};
     app.name("vorta-cli");
     app.require_subcommand(1);
@@ -17,7 +20,8 @@ int main(int argc, char** argv) {
         "The module is libopterecenje.so beside the program or in its ../lib directory; the\n"
         "environment variable VORTA_OPTERECENJE_MODULE or --module names another file.\n"
         "Exit codes: 0 done, 1 model file missing, unreadable, damaged or not writable,\n"
-        "2 bad arguments, 3 module not loadable, 4 a service of the module failed.");
+        "2 bad arguments, 3 module not loadable, 4 a service of the module failed,\n"
+        "5 internal error (a check of the program failed; see vmerror.log).");
 
     CCommandOptions options;
     std::string module = CModuleLoader::DefaultPath().string();

@@ -1,4 +1,5 @@
-// The assertion routine and the internal-error routine: error log, fatal box, immediate exit.
+// The assertion routine and the internal-error routine: error log, fatal box, immediate exit;
+// or, under a trap, an exception that carries the check.
 #include "Assert.h"
 
 #include <cstdarg>
@@ -24,6 +25,9 @@ std::string& LogRoot() {
     static std::string root = "/";
     return root;
 }
+
+int g_nFatalExitCode = 0;
+thread_local int t_nTraps = 0;
 
 /// Opens the error log for appending: first at the log root, then in the current directory.
 std::FILE* OpenLog() {
@@ -82,7 +86,7 @@ void WriteLogEntry(const char* what, const char* file, int line) {
         // The process ends whatever the presenter does.
     }
     std::fflush(nullptr);
-    std::_Exit(0);
+    std::_Exit(g_nFatalExitCode);
 }
 
 const char* OrEmpty(const char* s) {
@@ -105,11 +109,29 @@ const std::string& GetLogRoot() {
     return LogRoot();
 }
 
+void SetFatalExitCode(int code) {
+    g_nFatalExitCode = code;
+}
+
+int GetFatalExitCode() {
+    return g_nFatalExitCode;
+}
+
+CFatalTrap::CFatalTrap() {
+    ++t_nTraps;
+}
+
+CFatalTrap::~CFatalTrap() {
+    --t_nTraps;
+}
+
 } // namespace vdiag
 
 void gfnAssertFailed(const char* expression, const char* file, int line) {
     expression = OrEmpty(expression);
     file = OrEmpty(file);
+    if (t_nTraps > 0)
+        throw vdiag::CFatalCheck(Printf("ASSERT(%s) [%s : %d]", expression, file, line));
     WriteLogEntry(expression, file, line);
     ShowBoxAndExit(Printf("ASSERT(%s)\n[%s : %d]\n", expression, file, line),
                    "ASSERT FAILED - Error log \"vmerror.log\" created.");
@@ -117,6 +139,8 @@ void gfnAssertFailed(const char* expression, const char* file, int line) {
 
 void gfnInternalError(const char* file, int line, const std::string& message) {
     file = OrEmpty(file);
+    if (t_nTraps > 0)
+        throw vdiag::CFatalCheck(Printf("%s [%s : %d]", message.c_str(), file, line));
     WriteLogEntry(message.c_str(), file, line);
     ShowBoxAndExit(Printf("[%s : %d]\n%s", file, line, message.c_str()),
                    "INTERNAL ERROR - PROGRAM TERMINATES");

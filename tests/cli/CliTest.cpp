@@ -185,6 +185,14 @@ TEST(VortaCli, RefusesBadArgumentsAndModulesThatCannotBeLoaded) {
     }
     // The environment variable names the module when no option does.
     EXPECT_EQ(RunCli(dir, "show model.vld", "VORTA_OPTERECENJE_MODULE=missing.so").code, 3);
+
+    // A check of the program that fails ends it with the code of an internal error, never 0.
+    const CRun failed = RunCli(dir, "demo model.vld --module '" VORTA_FAILING_MODULE_PATH "'");
+    EXPECT_EQ(failed.code, 5);
+    EXPECT_EQ(failed.out, "");
+    EXPECT_NE(failed.err.find("ASSERT(list == nullptr)"), std::string::npos) << failed.err;
+    EXPECT_NE(ReadText(dir.Path() / "vmerror.log").find("ASSERT(list == nullptr)"),
+              std::string::npos);
 }
 
 TEST(VortaCli, HelpForTheProgramAndEveryCommand) {

@@ -1,4 +1,5 @@
-// The assertion routine: the error log entry, the fatal box and the exit with code 0.
+// The assertion routine: the error log entry, the fatal box, the exit with code 0 or the
+// host's code, and the trap that turns a failed check into an exception.
 #include "diag/Assert.h"
 #include "platform/ErrorLogDir.h"
 
@@ -71,6 +72,49 @@ TEST_F(AssertRoutineDeathTest, BothRoutinesAppendTheExactEntryShowTheBoxAndExitW
             gfnAssertFailed("false", "Opterecenje", 1);
         },
         ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(AssertRoutineDeathTest, AHostChoosesTheExitCode) {
+    EXPECT_EXIT(
+        {
+            vdiag::SetFatalExitCode(5);
+            gfnInternalError("KombOptItem", 7, "Version error");
+        },
+        ::testing::ExitedWithCode(5), "INTERNAL ERROR - PROGRAM TERMINATES\n\\[KombOptItem : 7\\]");
+    EXPECT_EXIT(
+        {
+            vdiag::SetFatalExitCode(5);
+            VASSERT(1 > 2);
+        },
+        ::testing::ExitedWithCode(5), "ASSERT\\(1 > 2\\)");
+}
+
+TEST_F(AssertRoutineDeathTest, UnderATrapAFailedCheckThrowsItsTextAndNothingIsLogged) {
+    const auto caught = [](auto&& check) {
+        try {
+            check();
+        } catch (const vdiag::CFatalCheck& e) {
+            return std::string(e.what());
+        }
+        return std::string("nothing thrown");
+    };
+    {
+        const vdiag::CFatalTrap outer;
+        EXPECT_EQ(caught([] { gfnAssertFailed("pSlOpt", "Opterecenje", 42); }),
+                  "ASSERT(pSlOpt) [Opterecenje : 42]");
+        {
+            const vdiag::CFatalTrap inner; // traps nest
+            EXPECT_EQ(caught([] { gfnInternalError("KombOptItem", 9, "Version error"); }),
+                      "Version error [KombOptItem : 9]");
+        }
+        const int line = __LINE__ + 1;
+        EXPECT_EQ(caught([] { VASSERT(2 + 2 == 5); }),
+                  "ASSERT(2 + 2 == 5) [AssertTest : " + std::to_string(line) + "]");
+    }
+    EXPECT_FALSE(std::filesystem::exists(m_tmp.Path() / "vmerror.log"));
+    // Without a trap the check ends the process again.
+    EXPECT_EXIT(gfnAssertFailed("pKomb", "KombOptItem", 55), ::testing::ExitedWithCode(0),
+                "ASSERT\\(pKomb\\)");
 }
 
 TEST_F(AssertRoutineDeathTest, LogFallsBackToTmpWhenTheRootCannotBeOpened) {
