@@ -23,6 +23,10 @@ CString ClTranslator::Do(const CString& source) const {
 }
 
 CString ClTranslator::Translate(const CString& source) {
+    // "$$" marks a text that is shown as it stands (numbers, placeholders, formats of
+    // translated pieces): the marker goes and nothing is translated.
+    if (source.size() >= 2 && source[0] == L'$' && source[1] == L'$')
+        return source.Mid(2);
     const LanguageState& state = State();
     if (state.language == Srpski)
         return source;

@@ -18,7 +18,8 @@ public:
     enum Jezik : int { Srpski = 0, Engleski = 1, Bugarski = 2, Ruski = 3, Nemacki = 4 };
 
     /// The translation of a source text in the current language, or the text itself when the
-    /// language has no catalog or the catalog has no entry for it.
+    /// language has no catalog or the catalog has no entry for it. A text that begins with
+    /// "$$" is not translated and is given without that marker.
     CString Do(const CString& source) const;
     static CString Translate(const CString& source);
 

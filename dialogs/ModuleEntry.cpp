@@ -1,5 +1,7 @@
 // The module's set-up entry, which a host finds by name after loading the module: it sets up
-// the application object and fills the host's services of the loads module.
+// the application object, fills the host's services of the loads module and the editors
+// behind the module's commands.
+#include "dialogs/Editors.h"
 #include "host/LoadsServices.h"
 #include "host/ModuleLoader.h"
 #include "host/OptionInfo.h"
@@ -33,6 +35,7 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     if (list == nullptr)
         return 0;
     COpterecenjeApp::SetUp(*list);
+    opterecenje::PostaviEditore();
     CLoadsServices::Brojevi = &Brojevi;
     CLoadsServices::UkupanBrojSloptOKombinacija = &COpterecenjeApp::UkupanBrojSloptOKombinacija;
     CLoadsServices::FaktoriZaProracun = &COpterecenjeApp::ZerobasedRedniBrojToFaktori_ZaProracun;
