@@ -49,6 +49,14 @@ public:
     static bool String2IntArray(const CString& text, CArray<int>& values);
 };
 
+/// Marks a text of the program for translation where it is written but not yet shown (dialog
+/// templates, tables of captions) and gives it back unchanged; it is translated where it is
+/// shown. The tools that gather the texts for the catalogs find every text so marked and
+/// every text literal passed to ClTranslator::Translate or Do.
+constexpr const wchar_t* Tr(const wchar_t* text) {
+    return text;
+}
+
 /// A number with the given count of decimals and '.' as separator. With signFlag non-zero a
 /// positive value (and zero) gets a leading "+", so that terms read as a sum: 1.5 with two
 /// decimals gives "1.50", or "+1.50" with the flag; -1.5 gives "-1.50" either way. A value
