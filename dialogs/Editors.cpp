@@ -1,6 +1,18 @@
 // The editor runners of the application object.
 #include "dialogs/Editors.h"
 
+#include "dialogs/DlgKombOpt.h"
 #include "services/Opterecenje.h"
 
-void opterecenje::PostaviEditore() {}
+namespace {
+
+int KombinacijeOpterecenja() {
+    CDlgKombOpt dlg;
+    return dlg.DoModal();
+}
+
+} // namespace
+
+void opterecenje::PostaviEditore() {
+    COpterecenjeApp::gfnOdradiKombinacijeOpterecenjaDlg = &KombinacijeOpterecenja;
+}
