@@ -437,6 +437,9 @@ void CDlgKombOpt::OnButton(int id) {
     case IDC_BRISI_SVE:
         BrisiSve();
         break;
+    case IDC_UVOZ_IZ_MODELA:
+        UvozIzModela();
+        break;
     case IDC_UCITAJ_SKLADISTE:
         UcitajIzSkladista();
         break;

@@ -88,6 +88,7 @@ private:
     // ---- storage, imports and OK (DlgKombOptUpis.cpp)
     void SnimiUSkladiste();
     void UcitajIzSkladista();
+    void UvozIzModela();
     void DodajUvezene(const CKombOptItemArray& uvezene);
     /// The first combination that is empty or all of whose coefficients are zero; -1 when
     /// there is none.

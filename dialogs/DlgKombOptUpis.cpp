@@ -4,6 +4,7 @@
 
 #include "diag/Assert.h"
 #include "dialogs/DlgKombOptResursi.h"
+#include "dialogs/ImportKombDlg.h"
 #include "dialogs/ImportKombSkladDlg.h"
 #include "host/MainFrame.h"
 #include "host/MessageBox.h"
@@ -87,6 +88,28 @@ void CDlgKombOpt::UcitajIzSkladista() {
     }
     if (pDlg->DoModal() == IDOK)
         DodajUvezene(pDlg->Rezultat());
+}
+
+void CDlgKombOpt::UvozIzModela() {
+    std::filesystem::path fajl;
+    if (!ChooseFile(ClTranslator::Translate(L"Uvoz kombinacija iz drugog modela"),
+                    ClTranslator::Translate(L"Modeli (*.vld)"), fajl))
+        return;
+    CString poruka;
+    std::unique_ptr<CObjBase> pIzvor = CImportKombDlg::UcitajModel(fajl, poruka);
+    if (!pIzvor) {
+        CVortaMessageBox::MessageBoxW(poruka, ClTranslator::Translate(L"Greska"),
+                                      CVortaMessageBox::MB_OK | CVortaMessageBox::MB_ICONSTOP);
+        return;
+    }
+    CImportKombDlg dlg(*pIzvor);
+    pIzvor.reset();
+    if (!dlg.ImaKombinacija()) {
+        Upozori(ClTranslator::Translate(L"U izabranom modelu nema kombinacija opterecenja."));
+        return;
+    }
+    if (dlg.DoModal() == IDOK)
+        DodajUvezene(dlg.Rezultat());
 }
 
 void CDlgKombOpt::DodajUvezene(const CKombOptItemArray& uvezene) {

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 namespace {
 
 enum : int { G1 = 1017, G2 = 1018 };
@@ -340,4 +342,50 @@ TEST_F(KombTest, AModelWithoutLoadCasesIsNotEdited) {
     COpterecenjeApp::OnKombinacijeOpterecenja();
     ASSERT_EQ(m_runner.Messages().size(), 1u);
     EXPECT_EQ(m_runner.Messages()[0].text, L"U modelu nema slucajeva opterecenja.");
+}
+
+TEST_F(KombTest, ImportFromAnotherModelFileMapsItsLoadCasesAndRefusesWhatCannotBeRead) {
+    const std::vector<CId> ids = Slucajevi(2);
+    AddCombination(1, {{ids[0], 1.0}}, L"K1");
+    // Another model: A1..A3 and two combinations, Y numbered before X.
+    CObjBase drugi;
+    CObjBase::SetCurrent(&drugi);
+    std::vector<CId> a;
+    for (int k = 1; k <= 3; ++k)
+        a.push_back(AddLoadCase(CString::Formatted(L"A%d", k), k));
+    AddCombination(2, {{a[0], 1.0}, {a[2], 2.0}}, L"X");
+    AddCombination(1, {{a[1], 1.5}}, L"Y");
+    CObjBase::SetCurrent(m_base.get());
+    const std::filesystem::path model = m_tmp / "drugi.vld";
+    const std::filesystem::path smece = m_tmp / "smece.vld";
+    const std::filesystem::path prazan = m_tmp / "prazan.vld";
+    CString greska;
+    ASSERT_TRUE(CModelFile::Save(drugi, model, greska));
+    ASSERT_TRUE(CModelFile::Save(CObjBase(), prazan, greska));
+    std::ofstream(smece) << "nije model";
+    m_runner.AnswerFile(m_tmp / "nema.vld").AnswerFile(smece).AnswerFile(prazan).AnswerFile(model);
+    Editor([&](CDlgKombOpt& d) {
+        for (int i = 0; i < 3; ++i)
+            d.Dialog().UserClick(1035);
+        const std::vector<CScriptedRunner::Message>& poruke = m_runner.Messages();
+        ASSERT_EQ(poruke.size(), 3u);
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(poruke[static_cast<size_t>(i)].caption, L"Greska");
+            EXPECT_EQ(poruke[static_cast<size_t>(i)].text.find(L"Kombinacije nije moguce uvesti"),
+                      0u);
+        }
+        EXPECT_EQ(poruke[2].text, L"U izabranom modelu nema kombinacija opterecenja.");
+        EXPECT_EQ(d.Kombinacije().GetSize(), 1);
+        m_runner.Expect(1006, [](CDialogPresenter& p) {
+            CGridModel& g = p.Dialog().Grid(1030);
+            EXPECT_EQ(g.GetItemText(0, 0), L"Uvozni fajl");
+            EXPECT_EQ(g.GetComboSel(3, 1), 0); // A3 has no counterpart
+            EXPECT_EQ(p.Dialog().GetItemText(1036, 0), L"1. Y");
+            p.Dialog().UserClick(IDOK);
+        });
+        d.Dialog().UserClick(1035);
+        EXPECT_EQ(Vektori(d.Kombinacije(), ids), (Vv{{1, 0}, {0, 1.5}, {1, 0}}));
+        d.Dialog().UserClick(IDOK);
+    });
+    EXPECT_EQ(UskladisteniNazivi(), (std::vector<CString>{L"K1", L"Y", L"X"}));
 }
