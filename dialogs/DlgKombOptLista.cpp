@@ -25,17 +25,22 @@ void CDlgKombOpt::Obrisana(const CKombOptItem& item) {
 }
 
 void CDlgKombOpt::Zadrzi(const std::vector<bool>& ostaje) {
-    const CKombOptItemArray& lista = *m_pKombinacije;
-    // Removing one combination at a time would move every later one each time: the list is
-    // made anew from those that stay.
-    auto nova = std::make_unique<CKombOptItemArray>();
+    CKombOptItemArray& lista = *m_pKombinacije;
     for (int i = lista.GetSize() - 1; i >= 0; --i)
         if (!ostaje[static_cast<size_t>(i)])
             Obrisana(lista[i]);
+    // Removing one combination at a time would move every later one each time: those that
+    // stay move up once, each into a place whose text and arrays it can reuse, and the end
+    // is cut off.
+    int n = 0;
     for (int i = 0; i < lista.GetSize(); ++i)
-        if (ostaje[static_cast<size_t>(i)])
-            nova->AddNew(lista[i]);
-    m_pKombinacije = std::move(nova);
+        if (ostaje[static_cast<size_t>(i)]) {
+            if (n != i)
+                lista[n] = lista[i];
+            ++n;
+        }
+    while (lista.GetSize() > n)
+        lista.RemoveAt(lista.GetSize() - 1);
 }
 
 // ------------------------------------------------------------------------ generation
@@ -201,13 +206,29 @@ void CDlgKombOpt::Pomeri(int smer) {
 // ------------------------------------------------------------------------ order and names
 
 void CDlgKombOpt::Sortiraj(int smer) {
-    const CKombOptItemArray& lista = *m_pKombinacije;
+    CKombOptItemArray& lista = *m_pKombinacije;
     const std::vector<int> poredak = kombsort::PoredakPosleSortiranja(lista, m_redniBrojevi, smer);
-    auto nova = std::make_unique<CKombOptItemArray>();
-    for (const int i : poredak)
-        nova->AddNew(lista[i]);
-    // Sorting moves whole combinations; their ordinals follow on OK.
-    m_pKombinacije = std::move(nova);
+    // Sorting moves whole combinations (their ordinals follow on OK). The list is put in the
+    // new order cycle by cycle, every combination copied once into a place whose text and
+    // arrays it can reuse.
+    std::vector<bool> naMestu(poredak.size(), false);
+    CKombOptItem privremena;
+    for (size_t pocetak = 0; pocetak < poredak.size(); ++pocetak) {
+        if (naMestu[pocetak] || poredak[pocetak] == static_cast<int>(pocetak))
+            continue;
+        privremena = lista[static_cast<int>(pocetak)];
+        size_t j = pocetak;
+        for (;;) {
+            naMestu[j] = true;
+            const auto k = static_cast<size_t>(poredak[j]);
+            if (k == pocetak) {
+                lista[static_cast<int>(j)] = privremena;
+                break;
+            }
+            lista[static_cast<int>(j)] = lista[static_cast<int>(k)];
+            j = k;
+        }
+    }
     Dialog().Grid(IDC_GRID2).ClearSelection();
     OsveziGrid2();
     m_bKombinacijeIzmenjene = 1;

@@ -23,19 +23,23 @@ using namespace kombres;
 
 namespace {
 
-/// Whether the stored item is already what would be written (its record would not change).
-bool IstiZapis(const CKombOptItem& a, const CKombOptItem& b) {
-    if (a.GetNaziv() != b.GetNaziv() || a.IsGenericName() != b.IsGenericName() ||
-        a.GetRedniBroj() != b.GetRedniBroj() || a.GetBrojOsnOpt() != b.GetBrojOsnOpt())
+/// Whether the stored item is already what OK would write for the item at that ordinal (the
+/// record would not change).
+bool IstiZapis(const CKombOptItem& uskladisten, const CKombOptItem& item, int redniBroj) {
+    if (uskladisten.GetRedniBroj() != redniBroj ||
+        uskladisten.GetBrojOsnOpt() != item.GetBrojOsnOpt() ||
+        uskladisten.IsGenericName() != item.IsGenericName() ||
+        uskladisten.GetNaziv() != item.GetNaziv())
         return false;
-    for (int e = 0; e < a.GetBrojOsnOpt(); ++e) {
+    for (int e = 0; e < item.GetBrojOsnOpt(); ++e) {
         double ka = 0.0;
         double kb = 0.0;
         CId ia;
         CId ib;
-        a.GetOsnOptByIndex(e, ka, ia);
-        b.GetOsnOptByIndex(e, kb, ib);
-        if (ia != ib || ka != kb)
+        uskladisten.GetOsnOptByIndex(e, ka, ia);
+        item.GetOsnOptByIndex(e, kb, ib);
+        // An item with a zero coefficient is written without it, so it differs.
+        if (ia != ib || ka != kb || CToler::Jednaki(kb, 0.0))
             return false;
     }
     return true;
@@ -203,30 +207,30 @@ void CDlgKombOpt::UpisiSlucajeve(CBaseManager& bm) const {
 
 int CDlgKombOpt::UpisiKombinacije(CBaseManager& bm) {
     CKombOptItemArray& lista = *m_pKombinacije;
-    CKombOptItem kopija;
     for (int i = 0; i < lista.GetSize(); ++i) {
-        kopija = lista[i];
-        kopija.SetRedniBroj(i + 1);
-        kopija.IzbaciNepotrebneNule(bm);
-        if (!lista[i].GetId().Valid()) {
-            // A new combination: stored, and known by its id from now on.
-            std::unique_ptr<CKombinacijaOpterecenja, UnistiObj> pKomb(
-                new CKombinacijaOpterecenja());
-            pKomb->Item() = kopija;
-            lista[i].SetId(bm.Insert(pKomb.release()));
-            continue;
+        const CKombOptItem& item = lista[i];
+        const CKombinacijaOpterecenja* pKombOpt = nullptr;
+        if (item.GetId().Valid()) {
+            pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(item.GetId()));
+            VASSERT(pKombOpt);
+            if (IstiZapis(pKombOpt->Item(), item, i + 1))
+                continue;
         }
-        const auto* pKombOpt =
-            dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(kopija.GetId()));
-        VASSERT(pKombOpt);
-        if (IstiZapis(pKombOpt->Item(), kopija))
-            continue;
-        // The changed combination takes the place of the stored one; the undo step keeps the
-        // old object itself.
+        // The combination as stored: numbered in list order, without zero coefficients.
         std::unique_ptr<CKombinacijaOpterecenja, UnistiObj> pKomb(new CKombinacijaOpterecenja());
-        pKomb->SetAtribut(pKombOpt->GetAtribut());
-        pKomb->Item() = kopija;
-        bm.Replace(kopija.GetId(), pKomb.release());
+        CKombOptItem& novi = pKomb->Item();
+        novi = item;
+        novi.SetRedniBroj(i + 1);
+        novi.IzbaciNepotrebneNule(bm);
+        if (pKombOpt == nullptr) {
+            // A new combination: stored, and known by its id from now on.
+            lista[i].SetId(bm.Insert(pKomb.release()));
+        } else {
+            // The changed combination takes the place of the stored one; the undo step keeps
+            // the old object itself.
+            pKomb->SetAtribut(pKombOpt->GetAtribut());
+            bm.Replace(item.GetId(), pKomb.release());
+        }
     }
     int obrisano = 0;
     for (const CId& id : m_obrisane)

@@ -16,6 +16,10 @@ class Kljucevi {
 public:
     Kljucevi(const CKombOptItemArray& lista, const CRedniBrojeviSlOpt& redniBrojevi) {
         const int n = lista.GetSize();
+        size_t ukupno = 0;
+        for (int i = 0; i < n; ++i)
+            ukupno += static_cast<size_t>(lista[i].GetBrojOsnOpt());
+        m_clanovi.reserve(ukupno);
         m_pocetak.reserve(static_cast<size_t>(n) + 1);
         m_pocetak.push_back(0);
         for (int i = 0; i < n; ++i) {
@@ -72,8 +76,10 @@ std::vector<int> Razredi(const Kljucevi& kljucevi, int n, std::vector<int>& poRe
                          int& brojRazreda) {
     poRedu.resize(static_cast<size_t>(n));
     std::iota(poRedu.begin(), poRedu.end(), 0);
-    std::stable_sort(poRedu.begin(), poRedu.end(),
-                     [&](int a, int b) { return kljucevi.Uporedi(a, b) == 1; });
+    std::sort(poRedu.begin(), poRedu.end(), [&](int a, int b) {
+        const int u = kljucevi.Uporedi(a, b);
+        return u == 1 || (u == 0 && a < b);
+    });
     std::vector<int> razred(static_cast<size_t>(n));
     brojRazreda = 0;
     for (int p = 0; p < n; ++p) {
