@@ -1,8 +1,10 @@
 #pragma once
 // A large model for the combination benchmarks: 200 load cases and 32768 generated
-// combinations of 20 load cases each, with generated names, in a document of its own; and the
-// start of such a model that other benchmarks fill in their own way.
+// combinations of 20 load cases each, with generated names, in a document of its own,
+// optionally with 100 envelopes; and the start of such a model that other benchmarks fill in
+// their own way.
 #include "host/Model.h"
+#include "model/AnvelopaOpterecenja.h"
 #include "model/KombinacijaOpterecenja.h"
 #include "model/ModelRegistration.h"
 #include "model/SlucajOpterecenja.h"
@@ -18,6 +20,9 @@ namespace benchmodel {
 constexpr int kSlucajeva = 200;
 constexpr int kKombinacija = 32768;
 constexpr int kClanova = 20;
+constexpr int kAnvelopa = 100;
+/// Every tenth envelope spans every load case and combination.
+constexpr int kSveAnvelope = 10;
 
 /// A new current document with the model object and kSlucajeva load cases of ordinals 1 up,
 /// whose ids are given in slucajevi.
@@ -38,8 +43,29 @@ inline std::unique_ptr<CObjBase> NoviModel(std::vector<CId>& slucajevi) {
     return base;
 }
 
+/// Envelopes 1..n into the current document: every kSveAnvelope-th one over every load case and
+/// combination, the others over the first twenty load cases and 301 combinations.
+inline void DodajAnvelope(int n) {
+    CBaseManager bm;
+    bm.Open(CBaseManager::Write);
+    const int nSlOpt = bm.Count(CBaseManager::SlucajOpterecenjaType);
+    const int nKomb = bm.Count(CBaseManager::KombinacijaOpterecenjaType);
+    for (int e = 1; e <= n; ++e) {
+        auto p = std::make_unique<CAnvelopaOpterecenja>();
+        p->SetBroj(e);
+        p->SetNaziv(CString::Formatted(L"Anvelopa %d", e));
+        const int od = nSlOpt + 1 + (e * 311) % std::max(1, nKomb - 400);
+        p->SetIzbor(e % kSveAnvelope == 0 ? CString::Formatted(L"1-%d", nSlOpt + nKomb)
+                                          : CString::Formatted(L"1-20,%d-%d", od,
+                                                               std::min(od + 300, nSlOpt + nKomb)));
+        bm.Insert(p.release());
+    }
+    bm.Close();
+}
+
 struct CombinationModel {
-    CombinationModel() {
+    /// With nAnvelopa envelopes after the combinations (see DodajAnvelope).
+    explicit CombinationModel(int nAnvelopa = 0) {
         base = NoviModel(slucajevi);
         CBaseManager bm;
         bm.Open(CBaseManager::Write);
@@ -67,6 +93,7 @@ struct CombinationModel {
             kombinacije.push_back(bm.Insert(p.release()));
         }
         bm.Close();
+        DodajAnvelope(nAnvelopa);
     }
     ~CombinationModel() { CObjBase::SetCurrent(nullptr); }
 

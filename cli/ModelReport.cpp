@@ -4,7 +4,10 @@
 #include "host/LoadsServices.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstdio>
+#include <unordered_map>
 
 namespace {
 
@@ -79,6 +82,55 @@ CTextTable FactorTable(const std::string& title, const CLoadCounts& counts, Fact
     return table;
 }
 
+CRowSource FactorRows(const std::string& title, const CLoadCounts& counts, FactorService service,
+                      AllFactorsService all) {
+    // The columns are the entries of the vectors; their number is known only from the rows,
+    // so the vectors' longest length is found first.
+    size_t longest = 0;
+    const auto eachVector = [counts, service, all](const CLoadsServices::FactorRowVisitor& visit) {
+        if (all != nullptr) {
+            all(visit);
+            return;
+        }
+        CArray<double> factors;
+        for (int i = 0; i < counts.Total(); ++i) {
+            service(i, factors);
+            visit(i, factors);
+        }
+    };
+    eachVector([&longest](int, const CArray<double>& f) {
+        longest = std::max(longest, static_cast<size_t>(f.GetSize()));
+    });
+
+    CRowSource source{title, {"No.", "Load"}, {}};
+    for (size_t m = 0; m < longest; ++m)
+        source.header.push_back(std::to_string(m + 1));
+    source.rows = [counts, eachVector](const CRowSource::Visitor& visit) {
+        // A model has few distinct factors: each is formatted once.
+        std::unordered_map<uint64_t, std::string> texts;
+        std::string number;
+        std::string name;
+        CRowSource::Row row;
+        eachVector([&](int i, const CArray<double>& f) {
+            if (i >= counts.Total())
+                return;
+            number = std::to_string(i + 1);
+            name = LoadName(counts, i);
+            row.clear();
+            row.emplace_back(number);
+            row.emplace_back(name);
+            for (const double factor : f) {
+                auto it = texts.find(std::bit_cast<uint64_t>(factor));
+                if (it == texts.end())
+                    it = texts.emplace(std::bit_cast<uint64_t>(factor), FormatFactor(factor)).first;
+                row.emplace_back(it->second);
+            }
+            visit(row);
+        });
+    };
+    return source;
+}
+
 void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
     frame.SetResultsMode(resultsMode);
     frame.ClearAnnouncements();
@@ -96,14 +148,18 @@ void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
 void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
     CLoadsReport report;
     CLoadsServices::Izvestaj(report);
-    for (const CLoadsReport::Table& table : report.tables)
-        PrintTable(out, ToTextTable(table));
+    for (CLoadsReport::Table& table : report.tables) {
+        PrintTable(out, ToRowSource(table));
+        table = CLoadsReport::Table(); // what is printed is not needed any more
+    }
 
     const CLoadCounts counts = CountLoads();
     out << "Theory: " << CLoadsServices::GetTeorija() << "\n\n";
     PrintTable(out, ScaleTable(counts));
-    PrintTable(out, FactorTable("Factors for analysis", counts, CLoadsServices::FaktoriZaProracun));
-    PrintTable(out, FactorTable("Factors for printing", counts, CLoadsServices::FaktoriZaIspis));
+    PrintTable(out, FactorRows("Factors for analysis", counts, CLoadsServices::FaktoriZaProracun,
+                               CLoadsServices::SviFaktoriZaProracun));
+    PrintTable(out, FactorRows("Factors for printing", counts, CLoadsServices::FaktoriZaIspis,
+                               CLoadsServices::SviFaktoriZaIspis));
     PrintSelector(out, frame, false);
     PrintSelector(out, frame, true);
 }

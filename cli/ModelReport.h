@@ -4,6 +4,7 @@
 // the host's modes.
 #include "HeadlessFrame.h"
 #include "TablePrinter.h"
+#include "host/LoadsServices.h"
 
 #include <ostream>
 
@@ -24,6 +25,12 @@ CTextTable ScaleTable(const CLoadCounts& counts);
 /// the service gives for it.
 using FactorService = void (*)(int zerobased, CArray<double>& f);
 CTextTable FactorTable(const std::string& title, const CLoadCounts& counts, FactorService service);
+
+/// The same table as rows made when printed, from the module's vectors of every load when it
+/// offers them (one walk for all loads), otherwise load by load through `service`.
+using AllFactorsService = void (*)(const CLoadsServices::FactorRowVisitor& visit);
+CRowSource FactorRows(const std::string& title, const CLoadCounts& counts, FactorService service,
+                      AllFactorsService all);
 
 /// A factor as the tables show it: at least two decimals, more only when the value has them.
 std::string FormatFactor(double value);

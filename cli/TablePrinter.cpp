@@ -7,7 +7,7 @@
 namespace {
 
 /// A number as the report writes it: optional sign, digits, optional decimal part.
-bool IsNumber(const std::string& text) {
+bool IsNumber(std::string_view text) {
     size_t i = 0;
     if (i < text.size() && (text[i] == '-' || text[i] == '+'))
         ++i;
@@ -27,32 +27,117 @@ bool IsNumber(const std::string& text) {
     return i == text.size();
 }
 
-const std::string& Cell(const std::vector<std::string>& row, size_t column) {
-    static const std::string empty;
-    return column < row.size() ? row[column] : empty;
-}
-
-void PrintRow(std::ostream& out, const std::vector<std::string>& row,
-              const std::vector<size_t>& widths, const std::vector<bool>& right) {
-    std::string line;
-    for (size_t c = 0; c < widths.size(); ++c) {
-        const std::string& text = Cell(row, c);
-        const size_t fill = widths[c] - DisplayWidth(text);
-        std::string cell = right[c] ? std::string(fill, ' ') + text : text + std::string(fill, ' ');
-        line += c == 0 ? cell : "  " + cell;
-    }
-    // No trailing blanks: the last column is not padded out.
-    line.erase(line.find_last_not_of(' ') + 1);
-    out << line << '\n';
-}
-
-} // namespace
-
-size_t DisplayWidth(const std::string& text) {
+size_t Width(std::string_view text) {
     // Every byte that does not continue a multi-byte sequence starts one character.
     return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char ch) {
         return (static_cast<unsigned char>(ch) & 0xC0) != 0x80;
     }));
+}
+
+std::string_view Cell(const CRowSource::Row& row, size_t column) {
+    return column < row.size() ? row[column] : std::string_view();
+}
+
+/// The columns of a table: their widths and alignment, measured row by row.
+class CLayout {
+public:
+    explicit CLayout(const std::vector<std::string>& header) {
+        for (const std::string& heading : header)
+            m_header.emplace_back(heading);
+        Grow(m_header.size());
+    }
+
+    void Measure(const CRowSource::Row& row) {
+        Grow(row.size());
+        for (size_t c = 0; c < row.size(); ++c) {
+            const std::string_view text = row[c];
+            m_widths[c] = std::max(m_widths[c], Width(text));
+            if (text.empty())
+                continue;
+            const bool number = IsNumber(text);
+            m_anyNumber[c] = m_anyNumber[c] || number;
+            m_allNumbers[c] = m_allNumbers[c] && number;
+        }
+        ++m_rows;
+    }
+
+    size_t Rows() const { return m_rows; }
+    const CRowSource::Row& Header() const { return m_header; }
+    CRowSource::Row Rule() {
+        m_rule.clear();
+        for (size_t width : m_widths)
+            m_rule.emplace_back(width, '-');
+        CRowSource::Row rule;
+        for (const std::string& dashes : m_rule)
+            rule.emplace_back(dashes);
+        return rule;
+    }
+
+    /// Appends the row, padded to the columns, without trailing blanks.
+    void Write(std::string& out, const CRowSource::Row& row) const {
+        const size_t start = out.size();
+        for (size_t c = 0; c < m_widths.size(); ++c) {
+            const std::string_view text = Cell(row, c);
+            const size_t fill = m_widths[c] - Width(text);
+            if (c != 0)
+                out.append(2, ' ');
+            const bool right = m_anyNumber[c] && m_allNumbers[c];
+            if (right)
+                out.append(fill, ' ');
+            out.append(text);
+            if (!right)
+                out.append(fill, ' ');
+        }
+        size_t end = out.size();
+        while (end > start && out[end - 1] == ' ')
+            --end;
+        out.resize(end);
+        out.push_back('\n');
+    }
+
+private:
+    void Grow(size_t columns) {
+        while (m_widths.size() < columns) {
+            m_widths.push_back(Width(Cell(m_header, m_widths.size())));
+            m_anyNumber.push_back(false);
+            m_allNumbers.push_back(true);
+        }
+    }
+
+    CRowSource::Row m_header;
+    std::vector<size_t> m_widths;
+    std::vector<bool> m_anyNumber;
+    std::vector<bool> m_allNumbers;
+    std::vector<std::string> m_rule;
+    size_t m_rows = 0;
+};
+
+/// Text collected for the stream and handed over in large pieces.
+class COutput {
+public:
+    explicit COutput(std::ostream& out) : m_out(out) {}
+    ~COutput() { Flush(); }
+    COutput(const COutput&) = delete;
+    COutput& operator=(const COutput&) = delete;
+    std::string& Text() { return m_text; }
+    void FlushIfLarge() {
+        if (m_text.size() >= (size_t{1} << 20))
+            Flush();
+    }
+    void Flush() {
+        m_out.write(m_text.data(), static_cast<std::streamsize>(m_text.size()));
+        m_text.clear();
+    }
+
+private:
+    std::ostream& m_out;
+    std::string m_text;
+};
+
+} // namespace
+
+size_t DisplayWidth(const std::string& text) {
+    return Width(text);
 }
 
 CTextTable ToTextTable(const CLoadsReport::Table& table) {
@@ -77,39 +162,62 @@ CTextTable SelectorTable(const std::string& title, const CSelectorList& selector
     return table;
 }
 
-void PrintTable(std::ostream& out, const CTextTable& table) {
-    out << table.title << '\n' << std::string(DisplayWidth(table.title), '=') << '\n';
-    size_t columns = table.header.size();
-    for (const auto& row : table.rows)
-        columns = std::max(columns, row.size());
-
-    std::vector<size_t> widths(columns, 0);
-    std::vector<bool> right(columns, false);
-    for (size_t c = 0; c < columns; ++c) {
-        widths[c] = DisplayWidth(Cell(table.header, c));
-        bool anyNumber = false;
-        bool allNumbers = true;
-        for (const auto& row : table.rows) {
-            const std::string& text = Cell(row, c);
-            widths[c] = std::max(widths[c], DisplayWidth(text));
-            if (text.empty())
-                continue;
-            anyNumber = anyNumber || IsNumber(text);
-            allNumbers = allNumbers && IsNumber(text);
+CRowSource ToRowSource(const CLoadsReport::Table& table) {
+    CRowSource source;
+    source.title = table.title.ToUtf8();
+    for (const CString& heading : table.header)
+        source.header.push_back(heading.ToUtf8());
+    source.rows = [&table](const CRowSource::Visitor& visit) {
+        // The texts of one row, kept between rows so that their room is reused.
+        std::vector<std::string> texts;
+        CRowSource::Row row;
+        for (const auto& cells : table.rows) {
+            if (texts.size() < cells.size())
+                texts.resize(cells.size());
+            row.clear();
+            for (size_t c = 0; c < cells.size(); ++c) {
+                if (cells[c].empty())
+                    texts[c].clear();
+                else
+                    texts[c] = cells[c].ToUtf8();
+                row.emplace_back(texts[c]);
+            }
+            visit(row);
         }
-        right[c] = anyNumber && allNumbers;
-    }
+    };
+    return source;
+}
 
+void PrintTable(std::ostream& out, const CTextTable& table) {
+    CRowSource source{table.title, table.header, [&table](const CRowSource::Visitor& visit) {
+                          CRowSource::Row row;
+                          for (const auto& cells : table.rows) {
+                              row.assign(cells.begin(), cells.end());
+                              visit(row);
+                          }
+                      }};
+    PrintTable(out, source);
+}
+
+void PrintTable(std::ostream& out, const CRowSource& table) {
+    CLayout layout(table.header);
+    table.rows([&layout](const CRowSource::Row& row) { layout.Measure(row); });
+
+    COutput output(out);
+    std::string& text = output.Text();
+    text += table.title;
+    text += '\n';
+    text.append(Width(table.title), '=');
+    text += '\n';
     if (!table.header.empty()) {
-        PrintRow(out, table.header, widths, right);
-        std::vector<std::string> rule;
-        for (size_t width : widths)
-            rule.emplace_back(width, '-');
-        PrintRow(out, rule, widths, right);
+        layout.Write(text, layout.Header());
+        layout.Write(text, layout.Rule());
     }
-    for (const auto& row : table.rows)
-        PrintRow(out, row, widths, right);
-    if (table.rows.empty())
-        out << "(none)\n";
-    out << '\n';
+    table.rows([&layout, &output](const CRowSource::Row& row) {
+        layout.Write(output.Text(), row);
+        output.FlushIfLarge();
+    });
+    if (layout.Rows() == 0)
+        text += "(none)\n";
+    text += '\n';
 }

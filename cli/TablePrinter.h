@@ -4,8 +4,10 @@
 #include "host/LoadsServices.h"
 #include "host/MainFrame.h"
 
+#include <functional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// A table of UTF-8 texts: a title, column headings and rows (rows may be shorter or longer
@@ -26,6 +28,22 @@ CTextTable ToTextTable(const CLoadsReport::Table& table);
 /// position marked with ">".
 CTextTable SelectorTable(const std::string& title, const CSelectorList& selector);
 
+/// A table whose rows are made as they are printed, for tables too large to hold: `rows` hands
+/// every row, in order, to the visitor it is given. The printer walks the rows twice (to
+/// measure the columns, then to write them), so they must come out the same both times; the
+/// cells need to live only until the visitor returns.
+struct CRowSource {
+    using Row = std::vector<std::string_view>;
+    using Visitor = std::function<void(const Row& row)>;
+    std::string title;
+    std::vector<std::string> header;
+    std::function<void(const Visitor& visit)> rows;
+};
+
+/// The table of the loads report as rows made one at a time (UTF-8 from the report's texts).
+CRowSource ToRowSource(const CLoadsReport::Table& table);
+
 /// Writes the table: the title underlined, the headings, a rule, the rows, then an empty
 /// line. Columns whose cells are all numbers are aligned to the right, others to the left.
 void PrintTable(std::ostream& out, const CTextTable& table);
+void PrintTable(std::ostream& out, const CRowSource& table);

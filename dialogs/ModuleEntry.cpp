@@ -40,6 +40,8 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     CLoadsServices::UkupanBrojSloptOKombinacija = &COpterecenjeApp::UkupanBrojSloptOKombinacija;
     CLoadsServices::FaktoriZaProracun = &COpterecenjeApp::ZerobasedRedniBrojToFaktori_ZaProracun;
     CLoadsServices::FaktoriZaIspis = &COpterecenjeApp::ZerobasedRedniBrojToFaktori_ZaIspis;
+    CLoadsServices::SviFaktoriZaProracun = &COpterecenjeApp::SviFaktori_ZaProracun;
+    CLoadsServices::SviFaktoriZaIspis = &COpterecenjeApp::SviFaktori_ZaIspis;
     CLoadsServices::GetTeorija = &COpterecenjeApp::GetTeorija;
     CLoadsServices::SetTeorija = &COpterecenjeApp::SetTeorija;
     CLoadsServices::Izvestaj = &opterecenje::Izvestaj;

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <climits>
 #include <cwchar>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -53,7 +54,9 @@ bool OznaciStavku(const CString& item, CArray<int>& flags, int n) {
 /// several envelopes in one call walks the combinations only once.
 class CGraditelj {
 public:
-    CGraditelj() : m_c(LoadNumbering::Count()) {}
+    /// bJednom: the builder serves one selection only, so the units of a combination are not
+    /// kept for another.
+    explicit CGraditelj(bool bJednom = false) : m_c(LoadNumbering::Count()), m_bJednom(bJednom) {}
 
     int Napravi(const CString& izbor, CGeneralizedLoadCase& glc) {
         const int nSlOpt = m_c.nSlOpt;
@@ -61,6 +64,8 @@ public:
         CArray<int> flags;
         if (!CAnvelopaOpterecenja::Str2FlagsArray(izbor, flags, nSlOpt + m_c.nKomb))
             return 0;
+        // The units in the order of the selection; they go in together, as one by one.
+        std::vector<CLoadCaseUnit> units;
         for (int g = 1; g <= flags.GetSize(); ++g) {
             if (!flags[g - 1])
                 continue;
@@ -68,14 +73,22 @@ public:
                 // a load case, or a combination enveloped through its own results
                 OCArray<CLoadCaseFactor> factors;
                 factors.Add(CLoadCaseFactor(g, 1.0));
-                CLoadCaseUnit unit;
+                CLoadCaseUnit& unit = units.emplace_back();
                 unit.Set(factors, LCU_ANVELOPA);
-                glc.AddLoadCaseUnit(unit);
+            } else if (m_bJednom) {
+                for (const CId& id : Kombinacija(g - nSlOpt).ids)
+                    UnitKombinacije(KombinacijaOf(id), units.emplace_back());
             } else {
-                for (const CLoadCaseUnit& unit : Kombinacija(g - nSlOpt))
-                    glc.AddLoadCaseUnit(unit);
+                Kombinacije& k = Kombinacija(g - nSlOpt);
+                if (!k.napravljene) {
+                    k.napravljene = true;
+                    for (const CId& id : k.ids)
+                        UnitKombinacije(KombinacijaOf(id), k.units.emplace_back());
+                }
+                units.insert(units.end(), k.units.begin(), k.units.end());
             }
         }
+        glc.AddLoadCaseUnits(std::move(units));
         return 1;
     }
 
@@ -86,9 +99,8 @@ private:
         bool napravljene = false;
     };
 
-    /// The units of every combination whose own ordinal is j (1..nKomb): the members with a
-    /// non-zero coefficient whose load case exists, with the load case's ordinal.
-    const std::vector<CLoadCaseUnit>& Kombinacija(int j) {
+    /// The combinations whose own ordinal is j (1..nKomb), with their units once made.
+    Kombinacije& Kombinacija(int j) {
         if (m_poRednomBroju.empty()) {
             m_bm.Open(CBaseManager::Read);
             m_poRednomBroju.resize(static_cast<size_t>(m_c.nKomb) + 1);
@@ -99,13 +111,7 @@ private:
                     m_poRednomBroju[static_cast<size_t>(rb)].ids.push_back(id);
             }
         }
-        Kombinacije& k = m_poRednomBroju[static_cast<size_t>(j)];
-        if (!k.napravljene) {
-            k.napravljene = true;
-            for (const CId& id : k.ids)
-                k.units.push_back(UnitKombinacije(KombinacijaOf(id)));
-        }
-        return k.units;
+        return m_poRednomBroju[static_cast<size_t>(j)];
     }
 
     const CKombOptItem& KombinacijaOf(const CId& id) const {
@@ -114,8 +120,11 @@ private:
         return pKombOpt->Item();
     }
 
-    CLoadCaseUnit UnitKombinacije(const CKombOptItem& item) const {
-        OCArray<CLoadCaseFactor> factors;
+    /// The unit of a combination: the members with a non-zero coefficient whose load case
+    /// exists, with the load case's ordinal, sorted.
+    void UnitKombinacije(const CKombOptItem& item, CLoadCaseUnit& unit) const {
+        OCArray<CLoadCaseFactor>& factors = unit.Factors();
+        factors.Reserve(item.GetBrojOsnOpt());
         for (int m = 0; m < item.GetBrojOsnOpt(); ++m) {
             double koef = 0.0;
             CId slOptId;
@@ -126,13 +135,11 @@ private:
             if (pSlOpt != nullptr)
                 factors.Add(CLoadCaseFactor(pSlOpt->DajRedniBroj(), koef));
         }
-        CLoadCaseFactor::SortLoadCaseFactorArray(factors);
-        CLoadCaseUnit unit;
         unit.Set(factors, LCU_ANVELOPA);
-        return unit;
     }
 
     LoadNumbering::Counts m_c;
+    bool m_bJednom;
     CBaseManager m_bm; // open for reading from the first combination on; closed at the end
     std::vector<Kombinacije> m_poRednomBroju;
 };
@@ -220,7 +227,7 @@ int CAnvelopaOpterecenja::Str2FlagsArray(const CString& s, CArray<int>& flags, i
 }
 
 int CAnvelopaOpterecenja::NapraviGeneralizedLoadcase(CGeneralizedLoadCase& glc) const {
-    CGraditelj graditelj;
+    CGraditelj graditelj(true);
     return graditelj.Napravi(m_strIzbor, glc);
 }
 
@@ -243,7 +250,7 @@ int CAnvelopaOpterecenja::GeneralizedLoadcase(int broj, CGeneralizedLoadCase& gl
     }
     if (!found)
         return 0;
-    CGraditelj graditelj;
+    CGraditelj graditelj(true);
     return graditelj.Napravi(izbor, glc);
 }
 

@@ -5,7 +5,10 @@
 #include "text/Translator.h"
 #include "toler/Toler.h"
 
+#include <algorithm>
+#include <cmath>
 #include <map>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -31,6 +34,50 @@ bool SameFactors(const CLoadCaseUnit& a, const CLoadCaseUnit& b) {
     return true;
 }
 
+/// The order of units by their exact values: character, number of pairs, then pair by pair
+/// the ordinal and the factor. Without NaN factors it is a strict weak order.
+bool TacnoManji(const CLoadCaseUnit& a, const CLoadCaseUnit& b) {
+    if (a.GetKarakter() != b.GetKarakter())
+        return a.GetKarakter() < b.GetKarakter();
+    if (a.GetSize() != b.GetSize())
+        return a.GetSize() < b.GetSize();
+    for (int i = 0; i < a.GetSize(); ++i) {
+        const CLoadCaseFactor& fa = a.GetLoadCaseFactor(i);
+        const CLoadCaseFactor& fb = b.GetLoadCaseFactor(i);
+        if (fa.GetLCRedniBroj() != fb.GetLCRedniBroj())
+            return fa.GetLCRedniBroj() < fb.GetLCRedniBroj();
+        if (fa.GetFaktor() != fb.GetFaktor())
+            return fa.GetFaktor() < fb.GetFaktor();
+    }
+    return false;
+}
+
+/// For neighbours a, b of the exact order (a not after b): whether the comparison within the
+/// tolerance decides between them as the exact one does, both ways. They first differ in the
+/// character, the number of pairs or an ordinal, which are compared exactly, or in a factor,
+/// which must then lie further from the other than the tolerance.
+bool IstiPoredak(const CLoadCaseUnit& a, const CLoadCaseUnit& b) {
+    if (a.GetKarakter() != b.GetKarakter() || a.GetSize() != b.GetSize())
+        return true;
+    for (int i = 0; i < a.GetSize(); ++i) {
+        const CLoadCaseFactor& fa = a.GetLoadCaseFactor(i);
+        const CLoadCaseFactor& fb = b.GetLoadCaseFactor(i);
+        if (fa.GetLCRedniBroj() != fb.GetLCRedniBroj())
+            return true;
+        if (fa.GetFaktor() != fb.GetFaktor())
+            return CToler::Manji(fa.GetFaktor(), fb.GetFaktor()) &&
+                   CToler::Veci(fb.GetFaktor(), fa.GetFaktor());
+    }
+    return true;
+}
+
+bool BezNaN(const CLoadCaseUnit& unit) {
+    for (const CLoadCaseFactor& factor : unit.GetFactors())
+        if (std::isnan(factor.GetFaktor()))
+            return false;
+    return true;
+}
+
 } // namespace
 
 CGeneralizedLoadCase::CGeneralizedLoadCase(const CGeneralizedLoadCase& src)
@@ -47,17 +94,54 @@ CGeneralizedLoadCase& CGeneralizedLoadCase::operator=(const CGeneralizedLoadCase
 
 void CGeneralizedLoadCase::AddLoadCaseUnit(const CLoadCaseUnit& unit) {
     // The unit may be one of ours: take a copy before the array grows.
-    const CLoadCaseUnit copy(unit);
+    CLoadCaseUnit copy(unit);
     auto& units = m_arrUnits.Vector();
     size_t pos = units.size();
     units.emplace_back();
     // Walk back over the units that the new one precedes, moving each one place on; equal
     // units stay in front, so the new one goes after them.
     while (pos > 0 && copy < units[pos - 1]) {
-        units[pos] = units[pos - 1];
+        units[pos] = std::move(units[pos - 1]);
         --pos;
     }
-    units[pos] = copy;
+    units[pos] = std::move(copy);
+}
+
+void CGeneralizedLoadCase::AddLoadCaseUnits(std::vector<CLoadCaseUnit>&& units) {
+    auto& postojece = m_arrUnits.Vector();
+    // Inserting one by one into a list sorted by a strict weak order gives the stable sort of
+    // the list followed by the new units. The comparison within the tolerance is such an
+    // order on these units when it agrees with the exact order on every pair; it is enough to
+    // see that on the neighbours of the exact order, as the factors of the units between two
+    // others lie between theirs.
+    bool bSortom = std::all_of(postojece.begin(), postojece.end(), BezNaN) &&
+                   std::all_of(units.begin(), units.end(), BezNaN) &&
+                   std::is_sorted(postojece.begin(), postojece.end(), TacnoManji);
+    std::vector<CLoadCaseUnit*> poredak;
+    if (bSortom) {
+        poredak.reserve(postojece.size() + units.size());
+        for (CLoadCaseUnit& unit : postojece)
+            poredak.push_back(&unit);
+        for (CLoadCaseUnit& unit : units)
+            poredak.push_back(&unit);
+        std::stable_sort(
+            poredak.begin(), poredak.end(),
+            [](const CLoadCaseUnit* a, const CLoadCaseUnit* b) { return TacnoManji(*a, *b); });
+        for (size_t i = 1; i < poredak.size() && bSortom; ++i)
+            bSortom = IstiPoredak(*poredak[i - 1], *poredak[i]);
+    }
+    if (!bSortom) {
+        // Factors that the tolerance cannot tell apart: the order depends on the arrival of
+        // the units, so they go in one by one.
+        for (const CLoadCaseUnit& unit : units)
+            AddLoadCaseUnit(unit);
+        return;
+    }
+    std::vector<CLoadCaseUnit> sortirane;
+    sortirane.reserve(poredak.size());
+    for (CLoadCaseUnit* unit : poredak)
+        sortirane.push_back(std::move(*unit));
+    postojece = std::move(sortirane);
 }
 
 int CGeneralizedLoadCase::IsAnvelopeType() const {

@@ -3,6 +3,8 @@
 // of units together with the construction phase in which they are evaluated.
 #include "model/LoadCaseDescriptions.h"
 
+#include <vector>
+
 /// Record, version 2: int32 version, int32 spare value (0), int32 phase number, int32 count n,
 /// n unit records in sorted order. Version 1 lacks the spare value.
 class CGeneralizedLoadCase : public CFillerUser {
@@ -19,6 +21,12 @@ public:
     const CLoadCaseUnit& GetLoadCaseUnit(int i) const { return m_arrUnits[i]; }
     /// Inserts in ascending order; a unit equal to existing ones goes after them.
     void AddLoadCaseUnit(const CLoadCaseUnit& unit);
+    /// Adds the units as AddLoadCaseUnit adds them one after the other, in their order, with
+    /// exactly the same result. When the comparison of factors within the tolerance orders
+    /// these units as the exact values do (any two factors it compares are equal or further
+    /// apart than the tolerance) that result is the stable sort of the units, made in
+    /// O(n log n); otherwise they are inserted one by one.
+    void AddLoadCaseUnits(std::vector<CLoadCaseUnit>&& units);
     /// True when any unit is of envelope character.
     int IsAnvelopeType() const;
 

@@ -43,25 +43,33 @@ int CLoadCaseFactor::FromFiller(CFiller& f) {
 }
 
 void CLoadCaseFactor::SortLoadCaseFactorArray(OCArray<CLoadCaseFactor>& arrLoadCaseFactors) {
-    // Zero factors carry no load: drop them, staying at the position that moved up.
-    for (int i = 0; i < arrLoadCaseFactors.GetSize();) {
-        if (!CToler::Razliciti(arrLoadCaseFactors[i].m_dFaktor, 0.0, CToler::gDefltTol))
-            arrLoadCaseFactors.RemoveAt(i);
-        else
-            ++i;
-    }
-    // Units are small; an exchange sort is enough. One load twice in a unit means a caller
-    // did not merge its factors, which no later step could repair.
-    const int n = arrLoadCaseFactors.GetSize();
-    for (int i = 0; i < n - 1; ++i) {
-        for (int j = i + 1; j < n; ++j) {
-            if (arrLoadCaseFactors[i].m_lcId > arrLoadCaseFactors[j].m_lcId)
-                std::swap(arrLoadCaseFactors[i], arrLoadCaseFactors[j]);
-            else if (arrLoadCaseFactors[i].m_lcId == arrLoadCaseFactors[j].m_lcId)
-                gfnInternalError(kSource, 81,
-                                 "arrLoadCaseFactors [i].m_lcId == arrLoadCaseFactors [j].m_lcId");
-        }
-    }
+    // Zero factors carry no load: they go, the others keep their order.
+    auto& factors = arrLoadCaseFactors.Vector();
+    factors.erase(std::remove_if(factors.begin(), factors.end(),
+                                 [](const CLoadCaseFactor& f) {
+                                     return !CToler::Razliciti(f.m_dFaktor, 0.0, CToler::gDefltTol);
+                                 }),
+                  factors.end());
+    const size_t n = factors.size();
+    if (n < 2)
+        return;
+    const auto poRednomBroju = [](const CLoadCaseFactor& a, const CLoadCaseFactor& b) {
+        return a.m_lcId < b.m_lcId;
+    };
+    if (std::is_sorted(factors.begin(), factors.end(), poRednomBroju) &&
+        std::adjacent_find(factors.begin(), factors.end(), [](const auto& a, const auto& b) {
+            return a.m_lcId == b.m_lcId;
+        }) == factors.end())
+        return;
+    // With different ordinals the order is the one sorted by ordinal, however it is reached.
+    std::sort(factors.begin(), factors.end(), poRednomBroju);
+    if (std::adjacent_find(factors.begin(), factors.end(), [](const auto& a, const auto& b) {
+            return a.m_lcId == b.m_lcId;
+        }) == factors.end())
+        return;
+    // One load twice in a unit means a caller did not merge its factors, which no later step
+    // could repair.
+    gfnInternalError(kSource, 81, "arrLoadCaseFactors [i].m_lcId == arrLoadCaseFactors [j].m_lcId");
 }
 
 int CLoadCaseFactor::EqualLoadCaseFactorArray(const OCArray<CLoadCaseFactor>& a,

@@ -78,6 +78,8 @@ public:
     CLoadCaseUnit() = default;
     CLoadCaseUnit(const CLoadCaseUnit&) = default;
     CLoadCaseUnit& operator=(const CLoadCaseUnit&) = default;
+    CLoadCaseUnit(CLoadCaseUnit&&) noexcept = default;
+    CLoadCaseUnit& operator=(CLoadCaseUnit&&) noexcept = default;
 
     int GetSize() const { return m_arrFactors.GetSize(); }
     bool IsEmpty() const { return m_arrFactors.IsEmpty(); }

@@ -13,6 +13,8 @@
 #include "objbase/BaseManager.h"
 #include "toler/Toler.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -92,6 +94,70 @@ void FaktoriZaProracun(int zerobased, CArray<double>& f) {
 void FaktoriZaIspis(int zerobased, CArray<double>& f) {
     const Counts c = Count();
     Faktori(zerobased, f, DuzinaZaIspis(c), c.nSlOpt);
+}
+
+void SviFaktori(bool zaIspis, const RedFaktora& red) {
+    const Counts c = Count();
+    const int n = zaIspis ? DuzinaZaIspis(c) : c.nSlOpt;
+    const int ukupno = c.nSlOpt + c.nKomb + c.nAnv;
+
+    // Beyond the vector's length a number stands for the combinations whose own ordinal is
+    // number - nSlOpt + 1 (none for an envelope): their members in store order, each as (place
+    // in the vector, coefficient), a later member of a place overwriting an earlier one.
+    struct Clan {
+        int mesto;
+        double koef;
+    };
+    std::vector<std::vector<Clan>> poBroju; // by number - n
+    bool bJedanPoJedan = false;
+    if (ukupno > n) {
+        poBroju.resize(static_cast<size_t>(ukupno - n));
+        CBaseManager bm;
+        bm.Open(CBaseManager::Read);
+        bm.Select(CBaseManager::KombinacijaOpterecenjaType);
+        for (CId id = bm.GetFirst(); id.Valid() && !bJedanPoJedan; id = bm.GetNext()) {
+            const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
+            if (pKombOpt == nullptr) {
+                bJedanPoJedan = true;
+                break;
+            }
+            const CKombOptItem& item = pKombOpt->Item();
+            const int64_t broj =
+                int64_t{item.GetRedniBroj()} - 1 + c.nSlOpt; // its zero-based number
+            if (broj < n || broj >= ukupno)
+                continue; // no load asks for it
+            std::vector<Clan>& clanovi = poBroju[static_cast<size_t>(broj - n)];
+            for (int m = 0; m < item.GetBrojOsnOpt(); ++m) {
+                double koef = 0.0;
+                CId slOptId;
+                item.GetOsnOptByIndex(m, koef, slOptId);
+                const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(slOptId));
+                if (pSlOpt == nullptr || pSlOpt->DajRedniBroj() < 1 || pSlOpt->DajRedniBroj() > n) {
+                    bJedanPoJedan = true;
+                    break;
+                }
+                clanovi.push_back({pSlOpt->DajRedniBroj() - 1, koef});
+            }
+        }
+        bm.Close();
+    }
+
+    CArray<double> f;
+    for (int z = 0; z < ukupno; ++z) {
+        if (bJedanPoJedan) {
+            // What the single calls do, with their assertions and errors at the same load.
+            Faktori(z, f, n, c.nSlOpt);
+        } else {
+            f.SetSize(n);
+            std::fill(f.begin(), f.end(), 0.0);
+            if (z < n)
+                f[z] = 1.0;
+            else
+                for (const Clan& clan : poBroju[static_cast<size_t>(z - n)])
+                    f[clan.mesto] = clan.koef;
+        }
+        red(z, f);
+    }
 }
 
 void ZerobasedToLoadCaseUnit(int zerobased, CLoadCaseUnit& unit) {

@@ -5,6 +5,8 @@
 #include "framework/Array.h"
 #include "model/LoadCaseDescriptions.h"
 
+#include <functional>
+
 namespace LoadNumbering {
 
 struct Counts {
@@ -20,6 +22,14 @@ void FaktoriZaProracun(int zerobased, CArray<double>& f);
 /// Factor vector for printing: under theory 1 as for analysis; under any other theory over
 /// load cases and combinations, a combination standing for its own results.
 void FaktoriZaIspis(int zerobased, CArray<double>& f);
+/// The vector of every load, zero-based 0 .. nSlOpt+nKomb+nAnv-1 in order, as FaktoriZaProracun
+/// (zaIspis false) or FaktoriZaIspis (true) gives it, handed to `red` (the vector is reused
+/// from one load to the next). The combinations are read once for all loads, so the time
+/// grows with the model's size and the vectors' length; a model whose combinations cannot all
+/// be read or name load cases outside the vector is served load by load, failing where the
+/// single calls fail.
+using RedFaktora = std::function<void(int zerobased, const CArray<double>& f)>;
+void SviFaktori(bool zaIspis, const RedFaktora& red);
 /// The load with that zero-based number as a linear unit (from the printing vector).
 void ZerobasedToLoadCaseUnit(int zerobased, CLoadCaseUnit& unit);
 /// The units of every load case and combination: units[z] is what ZerobasedToLoadCaseUnit

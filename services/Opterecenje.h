@@ -20,6 +20,8 @@
 #include "model/SlucajOpterecenja.h"
 #include "objbase/Id.h"
 
+#include <functional>
+
 class ClTranslator;
 class COptionInfo;
 class COptionInfoList;
@@ -52,6 +54,10 @@ public:
     static void ZerobasedRedniBrojToFaktori_ZaProracun(int zerobased, CArray<double>& faktori);
     /// Factor vector for printing and result display (depends on the theory).
     static void ZerobasedRedniBrojToFaktori_ZaIspis(int zerobased, CArray<double>& faktori);
+    /// The vectors of every load (envelopes included) in order, each handed to `red`, exactly
+    /// as the two services above give them one load at a time, in one walk of the store.
+    static void SviFaktori_ZaProracun(const std::function<void(int, const CArray<double>&)>& red);
+    static void SviFaktori_ZaIspis(const std::function<void(int, const CArray<double>&)>& red);
     /// The load with that zero-based number as a linear unit.
     static void ZerobasedRedniBrojToLoadCaseUnit(int zerobased, CLoadCaseUnit& unit);
     /// One-based ordinal of the load a unit stands for; 0 when none.

@@ -52,6 +52,16 @@ void COpterecenjeApp::ZerobasedRedniBrojToFaktori_ZaIspis(int zerobased, CArray<
     LoadNumbering::FaktoriZaIspis(zerobased, faktori);
 }
 
+void COpterecenjeApp::SviFaktori_ZaProracun(
+    const std::function<void(int, const CArray<double>&)>& red) {
+    LoadNumbering::SviFaktori(false, red);
+}
+
+void COpterecenjeApp::SviFaktori_ZaIspis(
+    const std::function<void(int, const CArray<double>&)>& red) {
+    LoadNumbering::SviFaktori(true, red);
+}
+
 void COpterecenjeApp::ZerobasedRedniBrojToLoadCaseUnit(int zerobased, CLoadCaseUnit& unit) {
     LoadNumbering::ZerobasedToLoadCaseUnit(zerobased, unit);
 }

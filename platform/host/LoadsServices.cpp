@@ -6,6 +6,8 @@ void CLoadsServices::Reset() {
     UkupanBrojSloptOKombinacija = nullptr;
     FaktoriZaProracun = nullptr;
     FaktoriZaIspis = nullptr;
+    SviFaktoriZaProracun = nullptr;
+    SviFaktoriZaIspis = nullptr;
     GetTeorija = nullptr;
     SetTeorija = nullptr;
     Izvestaj = nullptr;

@@ -5,6 +5,7 @@
 #include "framework/Array.h"
 #include "framework/String.h"
 
+#include <functional>
 #include <vector>
 
 /// The loads module's value of a load to evaluate (its load cases with their factors and the
@@ -31,6 +32,11 @@ public:
     /// Factor vectors of a zero-based load number, for analysis and for printing.
     static inline void (*FaktoriZaProracun)(int zerobased, CArray<double>& f) = nullptr;
     static inline void (*FaktoriZaIspis)(int zerobased, CArray<double>& f) = nullptr;
+    /// The vectors of every load in order (as the two above give them one at a time), each
+    /// handed to the visitor, in time that grows with the model's size.
+    using FactorRowVisitor = std::function<void(int zerobased, const CArray<double>& f)>;
+    static inline void (*SviFaktoriZaProracun)(const FactorRowVisitor& visit) = nullptr;
+    static inline void (*SviFaktoriZaIspis)(const FactorRowVisitor& visit) = nullptr;
     /// The analysis theory switch.
     static inline int (*GetTeorija)() = nullptr;
     static inline void (*SetTeorija)(int teorija) = nullptr;

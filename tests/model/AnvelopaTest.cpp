@@ -5,7 +5,11 @@
 #include "model/AnvelopaOpterecenja.h"
 #include "text/Translator.h"
 
+#include "toler/Toler.h"
+
+#include <algorithm>
 #include <memory>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -171,6 +175,92 @@ TEST_F(AnvelopaTest, GeneralizedLoadCaseExpandsCombinationsOnlyUnderSuperpositio
     EXPECT_EQ(glc.GetRbrFaze(), 2);
     AddEnvelope(2, L"7", L"Zastarela");
     EXPECT_EQ(CAnvelopaOpterecenja::GeneralizedLoadcase(2, glc), 0);
+}
+
+/// The generalized load case of a selection built literally: for every selected ordinal in
+/// turn, a walk of the store and one sorted insertion per unit.
+CGeneralizedLoadCase LiteralnaAnvelopa(const CString& izbor) {
+    CGeneralizedLoadCase glc;
+    CBaseManager bm;
+    bm.Open(CBaseManager::Read);
+    const int nSlOpt = bm.Count(CBaseManager::SlucajOpterecenjaType);
+    CArray<int> flags;
+    if (!CAnvelopaOpterecenja::Str2FlagsArray(
+            izbor, flags, nSlOpt + bm.Count(CBaseManager::KombinacijaOpterecenjaType)))
+        return glc;
+    for (int g = 1; g <= flags.GetSize(); ++g) {
+        if (!flags[g - 1])
+            continue;
+        if (g <= nSlOpt || CModelGlobals::nTeorija != 1) {
+            glc.AddLoadCaseUnit(Unit({{g, 1.0}}, LCU_ANVELOPA));
+            continue;
+        }
+        bm.Select(CBaseManager::KombinacijaOpterecenjaType);
+        for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+            const auto& item = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id))->Item();
+            if (item.GetRedniBroj() + nSlOpt != g)
+                continue;
+            OCArray<CLoadCaseFactor> factors;
+            for (int m = 0; m < item.GetBrojOsnOpt(); ++m) {
+                double koef = 0.0;
+                CId slOpt;
+                item.GetOsnOptByIndex(m, koef, slOpt);
+                const auto* p = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(slOpt));
+                if (CToler::Razliciti(koef, 0.0) && p != nullptr)
+                    factors.Add(CLoadCaseFactor(p->DajRedniBroj(), koef));
+            }
+            CLoadCaseUnit unit;
+            unit.Set(factors, LCU_ANVELOPA);
+            glc.AddLoadCaseUnit(unit);
+        }
+    }
+    return glc;
+}
+
+TEST_F(AnvelopaTest, GeneralizedLoadCaseIsTheLiteralInsertionOfItsUnits) {
+    // Small random models whose combinations repeat each other, their ordinals and the load
+    // cases' units (ties), with coefficients equal, apart, and within the tolerance.
+    std::mt19937 rng(7);
+    const double koef[] = {1.0, 1.35, 1.5, 0.0, -1.0, 1.35 + 1e-12, 1.5 + 4e-10, 1.5 + 9e-10};
+    for (int round = 0; round < 40; ++round) {
+        m_base = std::make_unique<CObjBase>();
+        CObjBase::SetCurrent(m_base.get());
+        const int nSlOpt = 1 + static_cast<int>(rng() % 6);
+        std::vector<CId> slucajevi;
+        for (int k = 1; k <= nSlOpt; ++k)
+            slucajevi.push_back(AddLoadCase(L"S", k));
+        const int nKomb = static_cast<int>(rng() % 30);
+        const bool bSlicni = round % 2 == 0; // only the first two coefficients
+        for (int j = 1; j <= nKomb; ++j) {
+            auto* p = new CKombinacijaOpterecenja;
+            // Repeated ordinals now and then: several combinations stand for one load.
+            p->Item().SetRedniBroj(rng() % 5 == 0 ? 1 + static_cast<int>(rng() % nKomb) : j);
+            std::vector<CId> clanovi = slucajevi;
+            std::shuffle(clanovi.begin(), clanovi.end(), rng);
+            clanovi.resize(1 + rng() % clanovi.size());
+            for (const CId& id : clanovi)
+                p->Item().DodajOsnOpt(koef[rng() % (bSlicni ? 2 : std::size(koef))], id);
+            Insert(p);
+        }
+        const int n = nSlOpt + nKomb;
+        const CString izbor = rng() % 3 == 0 ? CString::Formatted(L"1-%d", std::max(n, 2))
+                                             : CString::Formatted(L"%d", 1 + rng() % n);
+        for (const int teorija : {1, 2}) {
+            CModelGlobals::nTeorija = teorija;
+            CAnvelopaOpterecenja anv;
+            anv.SetIzbor(izbor);
+            CGeneralizedLoadCase glc;
+            const CGeneralizedLoadCase literal = LiteralnaAnvelopa(izbor);
+            const int ok = anv.NapraviGeneralizedLoadcase(glc);
+            ASSERT_EQ(ok != 0, n >= 2 || izbor == L"1") << round;
+            ASSERT_EQ(glc.GetSize(), literal.GetSize()) << round;
+            for (int i = 0; i < glc.GetSize(); ++i) {
+                EXPECT_EQ(glc.GetLoadCaseUnit(i), literal.GetLoadCaseUnit(i)) << round << " " << i;
+                // Told apart by the exact values, not only within the tolerance.
+                EXPECT_EQ(PairsOf(&glc.GetLoadCaseUnit(i)), PairsOf(&literal.GetLoadCaseUnit(i)));
+            }
+        }
+    }
 }
 
 TEST_F(AnvelopaTest, DeletingAnEnvelopeClosesTheGapInOneUndoStep) {

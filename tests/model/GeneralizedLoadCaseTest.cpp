@@ -4,6 +4,10 @@
 #include "ModelFixture.h"
 #include "model/LoadNumbering.h"
 
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
 #include <vector>
 
 using namespace loadrec;
@@ -50,6 +54,97 @@ TEST_F(GeneralizedLoadCaseTest, UnitsAreInsertedInOrderAndEqualityIsWithinTheTol
     other.AddLoadCaseUnit(Unit({{1, 1.0 + 1e-12}, {2, 1.5}}));
     other.AddLoadCaseUnit(Unit({{4, 1.0}}, LCU_ANVELOPA));
     EXPECT_EQ(other, a) << "factors within the tolerance";
+}
+
+/// Every unit as its exact bits: character, then each ordinal with the bits of its factor.
+std::vector<std::vector<uint64_t>> Bits(const CGeneralizedLoadCase& glc) {
+    std::vector<std::vector<uint64_t>> bits;
+    for (const CLoadCaseUnit& unit : UnitsOf(glc)) {
+        std::vector<uint64_t>& b = bits.emplace_back();
+        b.push_back(static_cast<uint64_t>(unit.GetKarakter()));
+        for (const CLoadCaseFactor& f : unit.GetFactors()) {
+            b.push_back(static_cast<uint64_t>(f.GetLCRedniBroj()));
+            b.push_back(std::bit_cast<uint64_t>(f.GetFaktor()));
+        }
+    }
+    return bits;
+}
+
+TEST_F(GeneralizedLoadCaseTest, UnitsAddedTogetherStandExactlyAsInsertedOneByOne) {
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    struct Case {
+        const char* what;
+        std::vector<double> factors; // drawn from these, so that ties abound
+        int initial;                 // units added one by one first
+        bool shuffleInitial;         // read in stream order rather than inserted
+    };
+    const Case cases[] = {
+        {"exact ties", {1.0, 1.5, -1.0, 0.75, -0.0, 0.0}, 0, false},
+        {"exact ties after units inserted before", {1.0, 1.35, 1.5}, 7, false},
+        {"after units read unsorted", {1.0, 1.35, 1.5}, 7, true},
+        {"apart by more than the tolerance",
+         {1.0, 1.0 + 3e-9, 1.0 - 3e-9, 2.0, kInf, -kInf},
+         0,
+         false},
+        {"within the tolerance", {1.0, 1.0 + 4e-10, 1.0 + 8e-10, 1.0 + 1.2e-9, 1.5}, 0, false},
+        {"rounding at the tolerance", {0.1, 0.1 + 1e-9, 0.1 - 1e-9, 3.0, 3.0 + 1e-9}, 0, false},
+        {"not a number", {1.0, 1.5, kNaN}, 0, false},
+    };
+    std::mt19937 rng(20240611);
+    for (const Case& c : cases) {
+        for (int round = 0; round < 60; ++round) {
+            const auto draw = [&] {
+                CLoadCaseUnit unit;
+                const int karakter = static_cast<int>(rng() % 5);
+                unit.SetKarakter(karakter < 2   ? LCU_LINEARNA
+                                 : karakter < 4 ? LCU_ANVELOPA
+                                                : static_cast<eKarakter>(7));
+                const int size = static_cast<int>(rng() % 4);
+                for (int i = 0; i < size; ++i)
+                    unit.Factors().Add(CLoadCaseFactor(1 + static_cast<int>(rng() % 3),
+                                                       c.factors[rng() % c.factors.size()]));
+                return unit;
+            };
+            const int n = static_cast<int>(rng() % 300);
+            std::vector<CLoadCaseUnit> units;
+            for (int i = 0; i < n; ++i)
+                units.push_back(draw());
+            // Some units twice, the same value arriving again later.
+            for (int i = 0; i < n / 10; ++i)
+                units.push_back(units[rng() % units.size()]);
+
+            CGeneralizedLoadCase literal;
+            CGeneralizedLoadCase together;
+            if (c.shuffleInitial) {
+                // A list out of order, as a file may hold it: sorted units written backwards.
+                CGeneralizedLoadCase sorted;
+                for (int i = 0; i < c.initial; ++i)
+                    sorted.AddLoadCaseUnit(draw());
+                CFiller f;
+                f.Open(CFiller::Mode::Write);
+                f.WriteInt32(2);
+                f.WriteInt32(0);
+                f.WriteInt32(1);
+                f.WriteInt32(sorted.GetSize());
+                for (int i = sorted.GetSize() - 1; i >= 0; --i)
+                    sorted.GetLoadCaseUnit(i).ToFiller(f);
+                Reader r(f.Buffer());
+                ASSERT_EQ(literal.FromFiller(r.f()), 1);
+                together = literal;
+            } else {
+                for (int i = 0; i < c.initial; ++i) {
+                    const CLoadCaseUnit unit = draw();
+                    literal.AddLoadCaseUnit(unit);
+                    together.AddLoadCaseUnit(unit);
+                }
+            }
+            for (const CLoadCaseUnit& unit : units)
+                literal.AddLoadCaseUnit(unit);
+            together.AddLoadCaseUnits(std::vector<CLoadCaseUnit>(units));
+            ASSERT_EQ(Bits(together), Bits(literal)) << c.what << ", round " << round;
+        }
+    }
 }
 
 TEST_F(GeneralizedLoadCaseTest, RecordVersion2IsExactBothWaysAndVersion1IsRead) {

@@ -4,6 +4,7 @@
 #include "LoadRecordBytes.h"
 #include "ModelFixture.h"
 
+#include <random>
 #include <vector>
 
 using namespace loadrec;
@@ -124,6 +125,83 @@ TEST_F(LoadNumberingTest, AllUnitsAtOnceAgreeWithTheUnitsOneByOne) {
     CModelGlobals::nTeorija = 1;
     EXPECT_EQ(Proracun(5), (std::vector<double>{0.0, 1.0, -0.5}));
     EXPECT_EQ(UnitOf(5), Unit({{2, 1.0}, {3, -0.5}}));
+}
+
+/// The vectors of every load one by one, as far as the single calls go: the rows before the
+/// first call that fails, and whether one failed.
+struct Redovi {
+    std::vector<std::vector<double>> redovi;
+    bool bGreska = false;
+};
+
+Redovi JedanPoJedan(bool zaIspis) {
+    Redovi r;
+    const LoadNumbering::Counts c = LoadNumbering::Count();
+    try {
+        for (int z = 0; z < c.nSlOpt + c.nKomb + c.nAnv; ++z) {
+            CArray<double> f;
+            if (zaIspis)
+                LoadNumbering::FaktoriZaIspis(z, f);
+            else
+                LoadNumbering::FaktoriZaProracun(z, f);
+            r.redovi.push_back(f.Vector());
+        }
+    } catch (const CInvalidArgException&) {
+        r.bGreska = true;
+    }
+    return r;
+}
+
+Redovi Svi(bool zaIspis) {
+    Redovi r;
+    try {
+        LoadNumbering::SviFaktori(zaIspis, [&r](int z, const CArray<double>& f) {
+            EXPECT_EQ(z, static_cast<int>(r.redovi.size()));
+            r.redovi.push_back(f.Vector());
+        });
+    } catch (const CInvalidArgException&) {
+        r.bGreska = true;
+    }
+    return r;
+}
+
+TEST_F(LoadNumberingTest, VectorsOfAllLoadsAtOnceAreTheVectorsOneByOne) {
+    TeorijaGuard guard;
+    // Random models: repeated and stray combination ordinals, members named twice, zero
+    // coefficients, members whose load case is numbered beyond the scale, and envelopes.
+    std::mt19937 rng(11);
+    const double koef[] = {1.0, 1.35, 0.0, -0.5, 1.5};
+    for (int round = 0; round < 60; ++round) {
+        m_base = std::make_unique<CObjBase>();
+        CObjBase::SetCurrent(m_base.get());
+        const int nSlOpt = static_cast<int>(rng() % 5);
+        std::vector<CId> slucajevi;
+        for (int k = 1; k <= nSlOpt; ++k)
+            // now and then an ordinal the scale does not have
+            slucajevi.push_back(AddLoadCase(L"S", rng() % 25 == 0 ? nSlOpt + 3 : k));
+        const int nKomb = static_cast<int>(rng() % 8);
+        for (int j = 1; j <= nKomb && nSlOpt > 0; ++j) {
+            auto* p = new CKombinacijaOpterecenja;
+            p->Item().SetRedniBroj(rng() % 6 == 0 ? static_cast<int>(rng() % (nKomb + 3)) : j);
+            const int clanova = static_cast<int>(rng() % 4);
+            for (int m = 0; m < clanova; ++m)
+                p->Item().DodajOsnOpt(koef[rng() % std::size(koef)],
+                                      slucajevi[rng() % slucajevi.size()]);
+            Insert(p);
+        }
+        const int nAnv = static_cast<int>(rng() % 3);
+        for (int e = 1; e <= nAnv; ++e)
+            AddEnvelope(e, L"1");
+        for (const int teorija : {1, 2}) {
+            CModelGlobals::nTeorija = teorija;
+            for (const bool zaIspis : {false, true}) {
+                const Redovi literal = JedanPoJedan(zaIspis);
+                const Redovi svi = Svi(zaIspis);
+                EXPECT_EQ(svi.bGreska, literal.bGreska) << round;
+                EXPECT_EQ(svi.redovi, literal.redovi) << round << " " << teorija << " " << zaIspis;
+            }
+        }
+    }
 }
 
 TEST_F(LoadNumberingTest, MemberOutsideTheLoadCasesIsAnInvalidArgument) {
