@@ -9,6 +9,9 @@
 bool IGridHandler::OnGridEndEdit(CGridModel&, int, int, const CString&) {
     return true;
 }
+bool IGridHandler::OnGridSetCheck(CGridModel&, int, int, bool) {
+    return false;
+}
 void IGridHandler::OnGridCheckChanged(CGridModel&, int, int) {}
 void IGridHandler::OnGridComboChanged(CGridModel&, int, int) {}
 void IGridHandler::OnGridSelChanged(CGridModel&) {}
@@ -355,9 +358,16 @@ bool CGridModel::UserClickCheck(int row, int col) {
     if (!IsValid(row, col))
         return false;
     const CGridCell cell = GetCell(row, col);
-    if (cell.kind != CGridCell::Kind::Check || cell.readOnly || m_source)
+    if (cell.kind != CGridCell::Kind::Check || cell.readOnly)
         return false;
-    SetCheck(row, col, !cell.checked);
+    if (m_source) {
+        // The source's owner keeps the check; the grid only asks it to change.
+        if (m_pHandler == nullptr || !m_pHandler->OnGridSetCheck(*this, row, col, !cell.checked))
+            return false;
+        Invalidate();
+    } else {
+        SetCheck(row, col, !cell.checked);
+    }
     if (m_pHandler != nullptr)
         m_pHandler->OnGridCheckChanged(*this, row, col);
     return true;

@@ -63,6 +63,10 @@ public:
     /// The user finished typing `text` into a cell, which already shows it; false refuses the
     /// text and the cell takes its old text back.
     virtual bool OnGridEndEdit(CGridModel& grid, int row, int col, const CString& text);
+    /// A check cell of a grid whose cells come from a source was clicked: the grid cannot
+    /// change the cell, so the handler sets its own data to `checked` (the grid then redraws and
+    /// tells OnGridCheckChanged); false refuses the click.
+    virtual bool OnGridSetCheck(CGridModel& grid, int row, int col, bool checked);
     virtual void OnGridCheckChanged(CGridModel& grid, int row, int col);
     virtual void OnGridComboChanged(CGridModel& grid, int row, int col);
     virtual void OnGridSelChanged(CGridModel& grid);
@@ -192,7 +196,8 @@ public:
     /// Typing into a cell ends: only editable cells (scrollable, text, not read-only) take
     /// it. True when the text stayed.
     bool UserEndEdit(int row, int col, const CString& text);
-    /// A click on a check cell that is not read-only toggles it. True when it changed.
+    /// A click on a check cell that is not read-only toggles it (with a cell source, through
+    /// the handler's OnGridSetCheck). True when it changed.
     bool UserClickCheck(int row, int col);
     /// Chooses an option of a combo cell that is not read-only. True when it changed.
     bool UserSelectCombo(int row, int col, int option);

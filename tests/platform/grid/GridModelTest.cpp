@@ -162,3 +162,33 @@ TEST_F(GridModelTest, ACellSourceAnswersForEveryCellAndEditsGoToThePresenter) {
     EXPECT_EQ(m_handler.heard, std::vector<std::string>{"edit 3,1 Novo"});
     EXPECT_THROW(m_grid.SetItemText(1, 1, L"held"), CInvalidArgException);
 }
+
+TEST_F(GridModelTest, ChecksOfACellSourceChangeOnlyWhenThePresenterTakesTheClick) {
+    struct SourceHandler : Handler {
+        std::vector<bool> checks = {false, true, false, false, false};
+        bool OnGridSetCheck(CGridModel&, int row, int, bool checked) override {
+            if (row == 3)
+                return false; // refused
+            checks[static_cast<size_t>(row)] = checked;
+            return true;
+        }
+    } handler;
+    Observer observer;
+    m_grid.SetHandler(&handler);
+    m_grid.SetCellSource([&](int row, int col, CGridCell& cell) {
+        cell.kind = col == 2 ? CGridCell::Kind::Check : CGridCell::Kind::Text;
+        cell.checked = handler.checks[static_cast<size_t>(row)];
+        cell.readOnly = row == 4;
+    });
+    m_grid.AddObserver(&observer);
+    EXPECT_TRUE(m_grid.UserClickCheck(1, 2));
+    EXPECT_FALSE(m_grid.GetCheck(1, 2));
+    EXPECT_TRUE(m_grid.UserClickCheck(2, 2));
+    EXPECT_TRUE(m_grid.GetCheck(2, 2));
+    EXPECT_FALSE(m_grid.UserClickCheck(3, 2)); // the presenter refuses
+    EXPECT_FALSE(m_grid.UserClickCheck(4, 2)); // read-only
+    EXPECT_FALSE(m_grid.UserClickCheck(2, 1)); // no check cell
+    EXPECT_EQ(handler.heard, (std::vector<std::string>{"check 1,2", "check 2,2"}));
+    EXPECT_EQ(observer.changes, (std::vector<IGridObserver::Change>{IGridObserver::Change::Cells,
+                                                                    IGridObserver::Change::Cells}));
+}
