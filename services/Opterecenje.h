@@ -92,6 +92,13 @@ public:
     /// Makes the name of a load case with the NDA mark (filled by the host); the records read
     /// the same storage.
     static inline auto& NapraviImeDDASlOpt = CModelGlobals::pfnNapraviImeDDASlOpt;
+    /// Deletes the results of dimensioning, which an SRSS change makes wrong (filled by the
+    /// host); called only when SRSS cases were written.
+    static inline void (*BrisiRezultateDimenzionisanja)() = nullptr;
+    /// Copies the individual loads of one load case into another, new one (filled by the
+    /// host); called within the undo step that creates the copy.
+    static inline void (*KopirajPojedinacnaOpterecenja)(const CId& izvor,
+                                                        const CId& kopija) = nullptr;
 
     // ---------------------------------------------------------------- editors
     // Runners of the modal editors, filled by the dialogs layer; while one is null its command
