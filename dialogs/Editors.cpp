@@ -2,6 +2,7 @@
 #include "dialogs/Editors.h"
 
 #include "dialogs/DlgKombOpt.h"
+#include "dialogs/EditoriOpterecenja.h"
 #include "services/Opterecenje.h"
 
 namespace {
@@ -15,4 +16,5 @@ int KombinacijeOpterecenja() {
 
 void opterecenje::PostaviEditore() {
     COpterecenjeApp::gfnOdradiKombinacijeOpterecenjaDlg = &KombinacijeOpterecenja;
+    COpterecenjeApp::gfnOdradiStabilnostDlg = &StabilnostDlg;
 }
