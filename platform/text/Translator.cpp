@@ -51,7 +51,7 @@ int ClTranslator::GetSubLanguage() {
 }
 
 bool ClTranslator::bugarskiJezik() {
-    return State().language == Bugarski;
+    return State().language == Bugarski || State().subLanguage == Bugarski;
 }
 
 void ClTranslator::AddTranslation(int language, const CString& source, const CString& translation) {

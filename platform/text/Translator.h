@@ -26,7 +26,7 @@ public:
     static void SetLanguage(int language, int subLanguage = 0);
     static int GetLanguage();
     static int GetSubLanguage();
-    /// True when the current language is Bulgarian.
+    /// True when the current language or the current sub-language is Bulgarian.
     static bool bugarskiJezik();
 
     /// Adds or replaces one entry of a language's catalog; ClearCatalogs empties them all.

@@ -1,4 +1,5 @@
-// Integer lists as text. (Catalogs are used, and tested, by the services.)
+// Integer lists as text, and the test for Bulgarian. (Catalogs are used, and tested, by the
+// services.)
 #include "text/Translator.h"
 
 #include <gtest/gtest.h>
@@ -39,4 +40,17 @@ TEST(IntArrayText, WritesAscendingRunsAsRangesAndReadsThemBack) {
         EXPECT_FALSE(ClTranslator::String2IntArray(text, values)) << CString(text).ToUtf8();
         EXPECT_TRUE(values.IsEmpty()) << CString(text).ToUtf8();
     }
+}
+
+TEST(Translator, BulgarianIsTheLanguageOrTheSubLanguage) {
+    const std::pair<int, int> jezici[] = {{ClTranslator::Srpski, 0},
+                                          {ClTranslator::Bugarski, 0},
+                                          {ClTranslator::Ruski, ClTranslator::Bugarski},
+                                          {ClTranslator::Ruski, ClTranslator::Engleski}};
+    for (const auto& [jezik, podjezik] : jezici) {
+        ClTranslator::SetLanguage(jezik, podjezik);
+        EXPECT_EQ(ClTranslator::bugarskiJezik(),
+                  jezik == ClTranslator::Bugarski || podjezik == ClTranslator::Bugarski);
+    }
+    ClTranslator::SetLanguage(ClTranslator::Srpski);
 }
