@@ -9,6 +9,7 @@
 #include "host/ModelFile.h"
 #include "services/RecordingHost.h"
 
+#include <algorithm>
 #include <functional>
 #include <random>
 #include <unordered_map>
@@ -43,13 +44,39 @@ protected:
         EXPECT_TRUE(m_runner.Errors().empty());
         EXPECT_TRUE(m_runner.Done());
     }
-    static CGridModel& Grid(CDialogPresenter& d, int id) { return d.Dialog().Grid(id); }
+    /// The texts of a grid's row.
+    static std::vector<CString> Red(const CGridModel& g, int row) {
+        std::vector<CString> texts;
+        for (int c = 0; c < g.GetColumnCount(); ++c)
+            texts.push_back(g.GetItemText(row, c));
+        return texts;
+    }
     /// The names of the combinations of a list, in order.
     static std::vector<CString> Nazivi(const CKombOptItemArray& lista) {
         std::vector<CString> nazivi;
         for (int i = 0; i < lista.GetSize(); ++i)
             nazivi.push_back(lista[i].GetNaziv());
         return nazivi;
+    }
+    /// Every combination's entries as text, "k:coefficient" with k the load case's place in
+    /// ids from 1 (0 for one not there).
+    static std::vector<CString> Clanovi(const CKombOptItemArray& lista,
+                                        const std::vector<CId>& ids) {
+        std::vector<CString> clanovi;
+        for (int i = 0; i < lista.GetSize(); ++i) {
+            CString tekst;
+            for (int e = 0; e < lista[i].GetBrojOsnOpt(); ++e) {
+                double koef = 0.0;
+                CId id;
+                lista[i].GetOsnOptByIndex(e, koef, id);
+                const auto k = std::find(ids.begin(), ids.end(), id) - ids.begin();
+                tekst +=
+                    CString::Formatted(L"%s%d:%g", e > 0 ? L" " : L"",
+                                       k < static_cast<long>(ids.size()) ? int(k) + 1 : 0, koef);
+            }
+            clanovi.push_back(tekst);
+        }
+        return clanovi;
     }
     /// The stored combinations' names by ordinal.
     std::vector<CString> UskladisteniNazivi() const {

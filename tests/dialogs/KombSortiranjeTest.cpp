@@ -1,8 +1,9 @@
 // The editor's sort and duplicate removal: the same order and the same survivors as the
 // literal algorithms (every pair compared through CKombOptItem::Uporedi), on lists where many
 // combinations are equal and differ only in name.
+#include "KombFixture.h"
+
 #include "dialogs/KombSortiranje.h"
-#include "model/ModelFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -39,18 +40,9 @@ void DoslovnoIzbacivanje(CKombOptItemArray& l) {
         }
 }
 
-std::vector<CString> Nazivi(const CKombOptItemArray& l) {
-    std::vector<CString> n;
-    for (int i = 0; i < l.GetSize(); ++i)
-        n.push_back(l[i].GetNaziv());
-    return n;
-}
-
-class KombSortiranje : public ModelTest {};
-
 } // namespace
 
-TEST_F(KombSortiranje, SortAndDuplicateRemovalAgreeWithTheLiteralAlgorithms) {
+TEST_F(KombTest, SortAndDuplicateRemovalAgreeWithTheLiteralAlgorithms) {
     // Load case ordinals deliberately not in the order of their ids.
     std::vector<CId> sl;
     CRedniBrojeviSlOpt redniBrojevi;
@@ -60,16 +52,12 @@ TEST_F(KombSortiranje, SortAndDuplicateRemovalAgreeWithTheLiteralAlgorithms) {
     }
     // A small pool of distinct combinations (the same cases in another entry order, a zero
     // coefficient, -0.0 equal to 0.0) makes most of a list equal to something else in it.
-    const std::vector<std::vector<std::pair<int, double>>> bazen = {{{0, 1.0}},
-                                                                    {{1, 1.0}},
-                                                                    {{1, 1.5}},
-                                                                    {{0, 1.0}, {1, 1.5}},
-                                                                    {{1, 1.5}, {0, 1.0}},
-                                                                    {{2, 0.0}, {3, 1.0}},
-                                                                    {{2, -0.0}, {3, 1.0}},
-                                                                    {{0, 1.0}, {2, -1.5}},
-                                                                    {{3, 1.35}, {0, 1.0}, {1, 1.5}},
-                                                                    {}};
+    // clang-format off
+    const std::vector<std::vector<std::pair<int, double>>> bazen = {
+        {{0, 1.0}}, {{1, 1.0}}, {{1, 1.5}}, {{0, 1.0}, {1, 1.5}}, {{1, 1.5}, {0, 1.0}},
+        {{2, 0.0}, {3, 1.0}}, {{2, -0.0}, {3, 1.0}}, {{0, 1.0}, {2, -1.5}},
+        {{3, 1.35}, {0, 1.0}, {1, 1.5}}, {}};
+    // clang-format on
     std::mt19937 rng(7);
     for (int lista = 0; lista < 300; ++lista) {
         const int n = 1 + static_cast<int>(rng() % 120);
