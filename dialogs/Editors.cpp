@@ -17,4 +17,5 @@ int KombinacijeOpterecenja() {
 void opterecenje::PostaviEditore() {
     COpterecenjeApp::gfnOdradiKombinacijeOpterecenjaDlg = &KombinacijeOpterecenja;
     COpterecenjeApp::gfnOdradiStabilnostDlg = &StabilnostDlg;
+    COpterecenjeApp::gfnOdradiSlucajeviOpterecenjaDlg = &SlucajeviOpterecenjaDlg;
 }

@@ -251,3 +251,10 @@ int CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId slOpt) {
     bm.Close();
     return static_cast<int>(zaBrisanje.size());
 }
+
+void CKombinacijaOpterecenja::ObnoviGenerickeNazive() {
+    CBaseManager bm;
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
+    PrenumerisiIPreimenuj(bm, [](const CId&, int) { return 0; });
+    bm.Close();
+}

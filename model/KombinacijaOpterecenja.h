@@ -28,6 +28,10 @@ public:
     /// Deletes every combination that contains the load case, renumbers the rest; returns
     /// how many were deleted.
     static int BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId slOpt);
+    /// Rebuilds the generated names of every combination from the load cases' ordinals, after
+    /// load cases were renumbered; combinations whose names stay are left untouched. Opens the
+    /// store for writing, so it joins a step in progress.
+    static void ObnoviGenerickeNazive();
 
 private:
     CKombOptItem m_Item;
