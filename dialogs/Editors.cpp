@@ -18,4 +18,5 @@ void opterecenje::PostaviEditore() {
     COpterecenjeApp::gfnOdradiKombinacijeOpterecenjaDlg = &KombinacijeOpterecenja;
     COpterecenjeApp::gfnOdradiStabilnostDlg = &StabilnostDlg;
     COpterecenjeApp::gfnOdradiSlucajeviOpterecenjaDlg = &SlucajeviOpterecenjaDlg;
+    COpterecenjeApp::gfnOdradiOdabirOpterecenjaDlg = &AnvelopeDlg;
 }
