@@ -108,9 +108,9 @@ void CImportKombSkladDlg::OnOK() {
     int max = 0;
     bm.Select();
     for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
-        const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
-        VASSERT(pKombOpt);
-        max = std::max(max, pKombOpt->Item().GetRedniBroj());
+        const auto* pKombOptSrc = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
+        VASSERT(pKombOptSrc);
+        max = std::max(max, pKombOptSrc->Item().GetRedniBroj());
     }
 
     // The snapshot row of every load case of the stored combinations (the first with its id).
