@@ -3,12 +3,14 @@
 #include "Commands.h"
 #include "diag/Assert.h"
 #include "host/ModuleLoader.h"
+#include "host/ProcessSetUp.h"
 
 #include <CLI/CLI.hpp>
 
 #include <iostream>
 
 int main(int argc, char** argv) {
+    vhost::HeapInHugePages(argv);
     // A check of the program that fails must never look like success to a script.
     vdiag::SetFatalExitCode(static_cast<int>(ExitCode::Internal));
     CLI::App app{"The headless host of the loads module: writes and shows model files."};

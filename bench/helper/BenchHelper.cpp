@@ -16,6 +16,7 @@
 #include "host/ModelFile.h"
 #include "host/ModuleLoader.h"
 #include "host/OptionInfo.h"
+#include "host/ProcessSetUp.h"
 #include "host/VortaUtils.h"
 #include "model/KombinacijaOpterecenja.h"
 #include "model/SlucajOpterecenja.h"
@@ -143,6 +144,8 @@ int Upotreba() {
 } // namespace
 
 int main(int argc, char** argv) {
+    // As every host of the project starts.
+    vhost::HeapInHugePages(argv);
     if (argc < 2)
         return Upotreba();
     const std::string komanda = argv[1];

@@ -110,9 +110,26 @@ protected:
     CPooledObj() = default;
     CPooledObj(const CPooledObj&) = default;
     CPooledObj& operator=(const CPooledObj&) = default;
-    /// Copies src into this object through src's record written to a memory stream.
+    /// Copies src into this object through src's record written to a memory stream. The
+    /// stream of the class is kept from one copy to the next, so that a copy allocates nothing
+    /// for it (a copy made while another is under way takes a stream of its own).
     void CopyThroughRecord(const CObj& src) {
-        CFiller f;
+        static thread_local CFiller kept(256);
+        static thread_local bool inUse = false;
+        if (inUse) {
+            CFiller own(256);
+            CopyThrough(src, own);
+            return;
+        }
+        struct InUse {
+            InUse() { inUse = true; }
+            ~InUse() { inUse = false; }
+        } guard;
+        CopyThrough(src, kept);
+    }
+
+private:
+    void CopyThrough(const CObj& src, CFiller& f) {
         f.Open(CFiller::Mode::Write);
         src.ToFiller(f);
         f.Close();

@@ -525,8 +525,7 @@ CObjBase::Owned CObjBase::Revive(int32_t id, State& state, const Step& step) {
         obj.reset(CreateObject(state.type));
         VASSERT(obj != nullptr);
         CFiller f;
-        const uint8_t* bytes = step.Bytes(*state.record);
-        f.SetBuffer(std::vector<uint8_t>(bytes, bytes + state.record->size));
+        f.SetView(step.Bytes(*state.record), state.record->size);
         f.Open(CFiller::Mode::Read);
         obj->FromFiller(f);
         f.Close();

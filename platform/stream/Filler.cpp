@@ -52,11 +52,13 @@ bool CFiller::Open(Mode mode) {
     m_errorMessage.Empty();
     m_errorSource.clear();
     if (mode == Mode::Write) {
+        m_view = nullptr;
         m_buffer.clear();
         return true;
     }
     if (mode != Mode::Read || !m_isFile)
         return true;
+    m_view = nullptr;
     m_buffer.clear();
     std::ifstream in(m_file, std::ios::binary);
     if (!in) {
@@ -117,12 +119,12 @@ bool CFiller::Read(void* data, size_t elemSize, size_t count) {
     if (m_error)
         return false;
     size_t n = 0;
-    if (m_mode != Mode::Read || !ByteCount(elemSize, count, n) || n > m_buffer.size() - m_pos) {
+    if (m_mode != Mode::Read || !ByteCount(elemSize, count, n) || n > ReadSize() - m_pos) {
         SetError();
         return false;
     }
     if (n != 0)
-        std::copy_n(m_buffer.data() + m_pos, n, static_cast<uint8_t*>(data));
+        std::copy_n(ReadData() + m_pos, n, static_cast<uint8_t*>(data));
     m_pos += n;
     return true;
 }
@@ -195,7 +197,7 @@ size_t CFiller::Remaining() const {
     case Mode::Write:
         return m_pos;
     case Mode::Read:
-        return m_buffer.size() - m_pos;
+        return ReadSize() - m_pos;
     case Mode::Closed:
         break;
     }
@@ -203,8 +205,27 @@ size_t CFiller::Remaining() const {
 }
 
 void CFiller::SetBuffer(std::vector<uint8_t> bytes) {
+    m_view = nullptr;
     m_buffer = std::move(bytes);
     m_pos = 0;
+}
+
+void CFiller::SetView(const uint8_t* data, size_t size) {
+    m_buffer.clear();
+    m_view = data;
+    m_viewSize = size;
+    // An empty view is still a view, of nothing.
+    static const uint8_t kNothing = 0;
+    if (m_view == nullptr)
+        m_view = &kNothing;
+    m_pos = 0;
+}
+
+std::vector<uint8_t> CFiller::TakeBuffer() {
+    std::vector<uint8_t> bytes = std::move(m_buffer);
+    m_buffer.clear();
+    m_pos = 0;
+    return bytes;
 }
 
 CCrcFiller::CCrcFiller() : m_crc(static_cast<uint32_t>(crc32(0L, Z_NULL, 0))) {

@@ -82,20 +82,31 @@ public:
 
     /// Bytes written so far (writing) or bytes still unread (reading).
     size_t Remaining() const;
-    size_t Size() const { return m_buffer.size(); }
+    size_t Size() const { return ReadSize(); }
     size_t Position() const { return m_pos; }
 
     /// The bytes of a memory stream, and a way to give it bytes to read (SetBuffer, then
     /// Open(Read)).
     const std::vector<uint8_t>& Buffer() const { return m_buffer; }
     void SetBuffer(std::vector<uint8_t> bytes);
+    /// Gives the stream bytes to read (then Open(Read)) without copying them: they stay the
+    /// caller's and must outlive the reading. The next SetBuffer or Open(Write) ends the view.
+    void SetView(const uint8_t* data, size_t size);
+    /// Moves the bytes written so far out of the stream, which is left empty.
+    std::vector<uint8_t> TakeBuffer();
 
 protected:
     /// Where written bytes go; a checksum stream overrides it.
     virtual void Sink(const uint8_t* data, size_t n);
 
 private:
+    /// The bytes being read: the view when one is given, else the buffer.
+    const uint8_t* ReadData() const { return m_view != nullptr ? m_view : m_buffer.data(); }
+    size_t ReadSize() const { return m_view != nullptr ? m_viewSize : m_buffer.size(); }
+
     std::vector<uint8_t> m_buffer;
+    const uint8_t* m_view = nullptr;
+    size_t m_viewSize = 0;
     size_t m_pos = 0;
     size_t m_blockSize;
     Mode m_mode = Mode::Closed;

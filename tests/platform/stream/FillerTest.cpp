@@ -169,3 +169,40 @@ TEST(FileFiller, WritesExactlyTheRecordBytesOnCloseAndRefusesMissingFiles) {
     ASSERT_TRUE(unwritable.Open(CFiller::Mode::Write));
     EXPECT_FALSE(unwritable.Close());
 }
+
+TEST(FillerView, ReadsTheCallersBytesInPlaceUntilTheStreamIsGivenOthers) {
+    const std::vector<uint8_t> bytes = {1, 0, 0, 0, 2, 0, 0, 0, 7};
+    CFiller f;
+    f.SetView(bytes.data(), 8); // the last byte lies outside the view
+    ASSERT_TRUE(f.Open(CFiller::Mode::Read));
+    EXPECT_EQ(f.Size(), 8u);
+    int32_t v = 0;
+    ASSERT_TRUE(f.ReadInt32(v));
+    EXPECT_EQ(v, 1);
+    EXPECT_EQ(f.Remaining(), 4u);
+    EXPECT_FALSE(f.CheckCount(2, 4)) << "two int32 do not fit into what is left";
+    f.Open(CFiller::Mode::Read); // reading again from the first byte clears the flag
+    ASSERT_TRUE(f.ReadInt32(v) && f.ReadInt32(v));
+    EXPECT_EQ(v, 2);
+    uint8_t b = 0;
+    EXPECT_FALSE(f.ReadUInt8(b)) << "the byte after the view is not read";
+    EXPECT_TRUE(f.IsError());
+
+    // An empty view reads nothing; a buffer given afterwards replaces the view.
+    f.SetView(nullptr, 0);
+    f.Open(CFiller::Mode::Read);
+    EXPECT_EQ(f.Remaining(), 0u);
+    EXPECT_FALSE(f.ReadUInt8(b));
+    f.SetView(bytes.data(), bytes.size());
+    f.SetBuffer({9});
+    f.Open(CFiller::Mode::Read);
+    ASSERT_TRUE(f.ReadUInt8(b));
+    EXPECT_EQ(b, 9);
+    // Writing ends the view too, and what is written can be taken out whole.
+    f.SetView(bytes.data(), bytes.size());
+    f.Open(CFiller::Mode::Write);
+    f.WriteInt32(5);
+    EXPECT_EQ(f.TakeBuffer(), (std::vector<uint8_t>{5, 0, 0, 0}));
+    EXPECT_EQ(f.Size(), 0u);
+    EXPECT_EQ(bytes[0], 1) << "the viewed bytes are never written";
+}
