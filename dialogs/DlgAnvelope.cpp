@@ -236,10 +236,11 @@ void CDlgAnvelope::OnOK() {
             std::none_of(m_anvelope.begin(), m_anvelope.end(),
                          [&](const CAnvelopaListe& a) { return a.id == m_idPocetnoAktivne; }))
             COpterecenjeApp::ResetAnvelope();
-        COpterecenjeApp::UpdateCombo(-1);
     }
     if (URezimuRezultata())
         Prikazi(izbor);
+    else if (m_bIzmenjen)
+        COpterecenjeApp::UpdateCombo(-1);
     EndDialog(IDOK);
 }
 
@@ -254,6 +255,18 @@ void CDlgAnvelope::Prikazi(const std::vector<int>& izbor) {
         PrikaziAnvelopu(m_nAktivna + 1);
         return;
     }
+    // A load of the selector refills it as it shows the load; anything else needs it refilled
+    // first after a change.
+    const CString tekst = opterecenje::NapisiIzbor(izbor);
+    const int mod = std::max(Dialog().GetCurSel(IDC_MOD), 0);
+    for (size_t i = 0; i < m_anvelope.size() && izbor.size() > 1; ++i) {
+        if (m_anvelope[i].izbor == tekst && m_anvelope[i].nMod == mod) {
+            PrikaziAnvelopu(static_cast<int>(i) + 1);
+            return;
+        }
+    }
+    if (izbor.size() != 1 && m_bIzmenjen)
+        COpterecenjeApp::UpdateComboResults(-1);
     if (izbor.empty())
         return;
     if (izbor.size() == 1) {
@@ -261,15 +274,7 @@ void CDlgAnvelope::Prikazi(const std::vector<int>& izbor) {
         COpterecenjeApp::OnCombo();
         return;
     }
-    // Several loads: a saved envelope of them, or one without a name.
-    const CString tekst = opterecenje::NapisiIzbor(izbor);
-    const int mod = std::max(Dialog().GetCurSel(IDC_MOD), 0);
-    for (size_t i = 0; i < m_anvelope.size(); ++i) {
-        if (m_anvelope[i].izbor == tekst && m_anvelope[i].nMod == mod) {
-            PrikaziAnvelopu(static_cast<int>(i) + 1);
-            return;
-        }
-    }
+    // Several loads that no envelope holds: shown as an envelope without a name.
     CAnvelopaOpterecenja privremena;
     privremena.SetIzbor(tekst);
     privremena.SetMod(mod);

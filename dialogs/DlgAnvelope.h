@@ -37,7 +37,8 @@ private:
     void Brisi();
     void Aktiviraj();
     void Odaberi();
-    /// Shows in the results what the user chose (in the host's results mode only).
+    /// Shows in the results what the user chose (in the host's results mode only), with the
+    /// results selector refilled.
     void Prikazi(const std::vector<int>& izbor);
     /// Makes envelope broj (1-based) the current load of the results selector.
     void PrikaziAnvelopu(int broj);

@@ -41,27 +41,28 @@ void CDlgIzborOpterecenja::OnInitDialog() {
     m_strSlucaj = Prevod(L"Slucaj");
     m_strKombinacija = Prevod(L"Kombinacija");
 
-    // Names by global ordinal: load cases, then combinations.
+    // Names by ordinal: load cases, then combinations.
     CBaseManager bm;
     CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
     m_nSlOpt = bm.Count(CBaseManager::SlucajOpterecenjaType);
-    const int nKomb = bm.Count(CBaseManager::KombinacijaOpterecenjaType);
-    m_nazivi.assign(static_cast<size_t>(m_nSlOpt + nKomb), CString());
+    m_nKomb = bm.Count(CBaseManager::KombinacijaOpterecenjaType);
+    m_naziviSlucajeva.assign(static_cast<size_t>(m_nSlOpt), CString());
+    m_naziviKombinacija.assign(static_cast<size_t>(m_nKomb), nullptr);
     bm.Select(CBaseManager::SlucajOpterecenjaType);
     for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
         const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(id));
         VASSERT(pSlOpt);
         const int r = pSlOpt->DajRedniBroj();
         if (r >= 1 && r <= m_nSlOpt)
-            m_nazivi[static_cast<size_t>(r - 1)] = pSlOpt->GetNaziv(0);
+            m_naziviSlucajeva[static_cast<size_t>(r - 1)] = pSlOpt->GetNaziv(0);
     }
     bm.Select(CBaseManager::KombinacijaOpterecenjaType);
     for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
         const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
         VASSERT(pKombOpt);
         const int r = pKombOpt->Item().GetRedniBroj();
-        if (r >= 1 && r <= nKomb)
-            m_nazivi[static_cast<size_t>(m_nSlOpt + r - 1)] = pKombOpt->Item().GetNaziv();
+        if (r >= 1 && r <= m_nKomb)
+            m_naziviKombinacija[static_cast<size_t>(r - 1)] = &pKombOpt->Item().GetNaziv();
     }
     bm.Close();
 
@@ -70,7 +71,7 @@ void CDlgIzborOpterecenja::OnInitDialog() {
     g.SetRedraw(false);
     g.SetCellSource([this](int row, int col, CGridCell& cell) { Celija(row, col, cell); });
     g.SetColumnCount(3);
-    g.SetRowCount(static_cast<int>(m_nazivi.size()) + 1);
+    g.SetRowCount(m_nSlOpt + m_nKomb + 1);
     g.SetFixedRowCount(1);
     g.SetFixedColumnCount(1);
     g.SetListMode(true);
@@ -80,7 +81,7 @@ void CDlgIzborOpterecenja::OnInitDialog() {
     g.SetColumnWidth(2, g.GetWidth() - CGridModel::kScrollBarWidth - 150);
     std::vector<int> redovi;
     for (const int r : m_izbor)
-        if (r >= 1 && r <= static_cast<int>(m_nazivi.size()))
+        if (r >= 1 && r <= m_nSlOpt + m_nKomb)
             redovi.push_back(r);
     g.SetSelectedRows(redovi);
     if (!redovi.empty())
@@ -106,7 +107,11 @@ void CDlgIzborOpterecenja::Celija(int row, int col, CGridCell& cell) const {
         cell.text = row <= m_nSlOpt ? m_strSlucaj : m_strKombinacija;
         break;
     default:
-        cell.text = m_nazivi[static_cast<size_t>(row - 1)];
+        if (row <= m_nSlOpt)
+            cell.text = m_naziviSlucajeva[static_cast<size_t>(row - 1)];
+        else if (const CString* naziv =
+                     m_naziviKombinacija[static_cast<size_t>(row - m_nSlOpt - 1)])
+            cell.text = *naziv;
         break;
     }
 }
@@ -121,7 +126,7 @@ void CDlgIzborOpterecenja::OnGridSelChanged(CGridModel&) {
 
 bool CDlgIzborOpterecenja::ProcitajTekst(std::vector<int>& izbor) {
     const CString tekst = BezRazmaka(Dialog().GetText(IDC_IZBOR));
-    const int n = static_cast<int>(m_nazivi.size());
+    const int n = m_nSlOpt + m_nKomb;
     if (opterecenje::ProcitajIzbor(tekst, n, izbor))
         return true;
     NeispravanIzbor(tekst, n);

@@ -30,7 +30,11 @@ private:
 
     std::vector<int> m_izbor;
     int m_nSlOpt = 0;
-    std::vector<CString> m_nazivi; // by global ordinal - 1
+    int m_nKomb = 0;
+    std::vector<CString> m_naziviSlucajeva; // by ordinal - 1
+    // The combinations' names as the store holds them (nothing is written while the dialog
+    // runs), null for an ordinal the store has no combination for.
+    std::vector<const CString*> m_naziviKombinacija; // by own ordinal - 1
     CString m_strSlucaj;
     CString m_strKombinacija;
     CGridModel* m_pGrid = nullptr;

@@ -33,7 +33,7 @@ CDlgKombOptStabilnost::CDlgKombOptStabilnost(const CStabilnostParams& params)
 
 void CDlgKombOptStabilnost::UcitajNazive() {
     m_naziviSlucajeva.assign(static_cast<size_t>(m_params.BrojSloptItema()), CString());
-    m_naziviKombinacija.assign(static_cast<size_t>(m_params.BrojKombItema()), CString());
+    m_naziviKombinacija.assign(static_cast<size_t>(m_params.BrojKombItema()), nullptr);
     CBaseManager bm;
     CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
     bm.Select(CBaseManager::SlucajOpterecenjaType);
@@ -50,7 +50,7 @@ void CDlgKombOptStabilnost::UcitajNazive() {
         VASSERT(pKombOpt);
         const int r = pKombOpt->Item().GetRedniBroj();
         if (r >= 1 && r <= static_cast<int>(m_naziviKombinacija.size()))
-            m_naziviKombinacija[static_cast<size_t>(r - 1)] = pKombOpt->Item().GetNaziv();
+            m_naziviKombinacija[static_cast<size_t>(r - 1)] = &pKombOpt->Item().GetNaziv();
     }
     bm.Close();
 }
@@ -170,7 +170,8 @@ void CDlgKombOptStabilnost::KombinacijaCelija(int row, int col, CGridCell& cell)
         cell.text = CString::Formatted(L"%d", row);
         break;
     case 1:
-        cell.text = m_naziviKombinacija[static_cast<size_t>(i)];
+        if (const CString* naziv = m_naziviKombinacija[static_cast<size_t>(i)])
+            cell.text = *naziv;
         cell.readOnly = true;
         if (!item.IsOdobren())
             cell.foreground = kSivo;

@@ -36,12 +36,14 @@ private:
     void ProcitajFiksne();
 
     CStabilnostParams m_params;
-    std::vector<CString> m_naziviSlucajeva;   // by ordinal - 1
-    std::vector<CString> m_naziviKombinacija; // by own ordinal - 1
-    CString m_strNaziv;                       // the header "Naziv"
-    CString m_strDelta;                       // δ
-    CGridModel* m_pSlucajevi = nullptr;       // Grid1
-    CGridModel* m_pKombinacije = nullptr;     // Grid2
+    std::vector<CString> m_naziviSlucajeva; // by ordinal - 1
+    // The combinations' names as the store holds them (nothing is written while the dialog
+    // runs), null for an item the store has no combination for.
+    std::vector<const CString*> m_naziviKombinacija; // by own ordinal - 1
+    CString m_strNaziv;                              // the header "Naziv"
+    CString m_strDelta;                              // δ
+    CGridModel* m_pSlucajevi = nullptr;              // Grid1
+    CGridModel* m_pKombinacije = nullptr;            // Grid2
     int m_nMeniSlucajeva = -1;
     int m_nMeniKombinacija = -1;
 };

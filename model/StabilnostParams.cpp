@@ -9,9 +9,11 @@
 #include "text/Translator.h"
 #include "toler/Toler.h"
 
+#include <bit>
 #include <cmath>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace {
 
@@ -247,6 +249,29 @@ uint32_t CStabilnostParams::GetCRCResultsTeorijaII() {
 // ----------------------------------------------------------------------------------------
 // CStabilnostParams: the distinct stability combinations
 
+namespace {
+
+/// The bits of a unit's factors, as the key of its pair of units.
+void DodajUKljuc(const CLoadCaseUnit& unit, std::vector<uint64_t>& kljuc) {
+    kljuc.push_back(static_cast<uint64_t>(unit.GetSize()));
+    for (int k = 0; k < unit.GetSize(); ++k) {
+        const CLoadCaseFactor& f = unit.GetLoadCaseFactor(k);
+        kljuc.push_back(static_cast<uint64_t>(static_cast<uint32_t>(f.GetLCRedniBroj())));
+        kljuc.push_back(std::bit_cast<uint64_t>(f.GetFaktor()));
+    }
+}
+
+struct KljucHash {
+    size_t operator()(const std::vector<uint64_t>& kljuc) const {
+        uint64_t h = 1469598103934665603ull;
+        for (const uint64_t v : kljuc)
+            h = (h ^ v) * 1099511628211ull;
+        return static_cast<size_t>(h ^ (h >> 29));
+    }
+};
+
+} // namespace
+
 void CStabilnostParams::Update() {
     const int nKomb = m_arrKombItems.GetSize();
     const int nIzabranih = BrojIzabranihKombItema();
@@ -264,8 +289,9 @@ void CStabilnostParams::Update() {
             m_arrKombToStab[i] = -1;
             continue;
         }
-        OCArray<CLoadCaseFactor> fix;
-        OCArray<CLoadCaseFactor> var;
+        // Filled in place and normalized there (Set leaves a unit's own list where it is).
+        OCArray<CLoadCaseFactor>& fix = m_arrFix[j].Factors();
+        OCArray<CLoadCaseFactor>& var = m_arrVar[j].Factors();
         for (int k = 0; k < komb.GetSize(); ++k) {
             const int index = komb.GetSloptIndex(k);
             const CStabilnostSloptItem& slopt = m_arrSloptItems[index];
@@ -279,35 +305,55 @@ void CStabilnostParams::Update() {
         m_arrKombToStab[i] = j++;
     }
 
-    // Combinations with the same fixed and variable parts share the first one's units.
+    // Combinations with the same fixed and variable parts share the first one's units. The
+    // factors of a load case are the same in every combination (its own factor, or +1 or -1),
+    // so units equal within the tolerance are equal bit for bit, and the first combination of
+    // each pair of units is found by its bits instead of by comparing every two combinations.
+    std::unordered_map<std::vector<uint64_t>, int, KljucHash> prve;
+    prve.reserve(static_cast<size_t>(nIzabranih));
+    std::vector<uint64_t> kljuc;
     for (int i = 0; i < nKomb; ++i) {
         const int si = m_arrKombToStab[i];
         if (si == -1)
             continue;
-        for (int j = i + 1; j < nKomb; ++j) {
-            const int sj = m_arrKombToStab[j];
-            if (sj == -1 || sj == si)
-                continue;
-            if (m_arrFix[sj] == m_arrFix[si] && m_arrVar[sj] == m_arrVar[si]) {
-                m_arrFix[sj].RemoveAll();
-                m_arrVar[sj].RemoveAll();
-                m_arrKombToStab[j] = si;
-            }
+        kljuc.clear();
+        DodajUKljuc(m_arrFix[si], kljuc);
+        DodajUKljuc(m_arrVar[si], kljuc);
+        const auto [it, nova] = prve.try_emplace(kljuc, si);
+        if (!nova && it->second != si) {
+            m_arrFix[si].RemoveAll();
+            m_arrVar[si].RemoveAll();
+            m_arrKombToStab[i] = it->second;
         }
     }
 
-    // Drop emptied pairs of units, from the back, shifting the later indices down. A selected
-    // combination whose units were empty from the start loses its pair the same way; its own
-    // entry is not reset.
-    for (int t = m_arrFix.GetSize() - 1; t >= 0; --t) {
-        if (!m_arrFix[t].IsEmpty() || !m_arrVar[t].IsEmpty())
-            continue;
-        for (int& s : m_arrKombToStab) {
-            if (s > t)
-                --s;
+    // Drop emptied pairs of units, shifting the later indices down: an index loses one for
+    // every dropped pair before it. A selected combination whose units were empty from the
+    // start loses its pair the same way; its own entry is not reset.
+    const int nParova = m_arrFix.GetSize();
+    std::vector<int> ispredIzbacenih(static_cast<size_t>(nParova) + 1, 0);
+    for (int t = 0; t < nParova; ++t)
+        ispredIzbacenih[static_cast<size_t>(t) + 1] =
+            ispredIzbacenih[static_cast<size_t>(t)] +
+            (m_arrFix[t].IsEmpty() && m_arrVar[t].IsEmpty() ? 1 : 0);
+    if (ispredIzbacenih.back() > 0) {
+        for (int& s : m_arrKombToStab)
+            if (s > 0 && s < nParova)
+                s -= ispredIzbacenih[static_cast<size_t>(s)];
+        std::vector<CLoadCaseUnit>& fix = m_arrFix.Vector();
+        std::vector<CLoadCaseUnit>& var = m_arrVar.Vector();
+        size_t n = 0;
+        for (size_t t = 0; t < fix.size(); ++t) {
+            if (fix[t].IsEmpty() && var[t].IsEmpty())
+                continue;
+            if (n != t) {
+                fix[n] = std::move(fix[t]);
+                var[n] = std::move(var[t]);
+            }
+            ++n;
         }
-        m_arrFix.RemoveAt(t);
-        m_arrVar.RemoveAt(t);
+        fix.resize(n);
+        var.resize(n);
     }
 
     m_arrKritDelta.SetSize(m_arrFix.GetSize());

@@ -140,16 +140,23 @@ int PreslikajAnvelope(CBaseManager& bm, const std::vector<int>& novi, bool bPisi
 
     int nObrisano = 0;
     int broj = 0;
+    // One buffer of flags over the whole scale serves every envelope.
+    CArray<int> flags;
     std::vector<int> stari;
     std::vector<int> preslikani;
     for (const auto& [stariBroj, id] : PoBroju(bm)) {
         const CAnvelopaOpterecenja* pAnvOpt = Anvelopa(bm, id);
         // A selection that no longer fits the loads cannot be carried over: it goes.
-        bool bOstaje = ProcitajIzbor(pAnvOpt->GetIzbor(), nStaro, stari);
+        bool bOstaje = CAnvelopaOpterecenja::Str2FlagsArray(pAnvOpt->GetIzbor(), flags, nStaro);
+        stari.clear();
         preslikani.clear();
-        for (const int g : stari)
+        for (int g = 1; g <= flags.GetSize() && bOstaje; ++g) {
+            if (!flags[g - 1])
+                continue;
+            stari.push_back(g);
             if (const int n = novi[static_cast<size_t>(g - 1)]; n > 0)
                 preslikani.push_back(n);
+        }
         std::sort(preslikani.begin(), preslikani.end());
         bOstaje = bOstaje && (stari.empty() || !preslikani.empty());
         if (!bOstaje) {

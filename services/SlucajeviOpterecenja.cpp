@@ -327,16 +327,15 @@ bool PrimeniSlucajeveOpterecenja(const std::vector<CSlucajListe>& lista,
             bPrenumerisani = bPrenumerisani || it->second != nNovoSl;
         }
     }
+    // The combinations keep their ordinals unless a cascade deleted some.
     std::vector<int> noviKomb(static_cast<size_t>(s.nKomb), 0);
-    bm.Select(CBaseManager::KombinacijaOpterecenjaType);
-    std::unordered_map<CId, int> kombinacijaSada;
-    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext())
-        kombinacijaSada[id] = Kombinacija(bm, id)->Item().GetRedniBroj();
-    for (int j = 1; j <= s.nKomb; ++j)
-        if (const auto it =
-                kombinacijaSada.find(s.kombinacijaPoRednomBroju[static_cast<size_t>(j - 1)]);
-            it != kombinacijaSada.end())
-            noviKomb[static_cast<size_t>(j - 1)] = it->second;
+    for (int j = 1; j <= s.nKomb; ++j) {
+        const CId& id = s.kombinacijaPoRednomBroju[static_cast<size_t>(j - 1)];
+        if (brisani.empty())
+            noviKomb[static_cast<size_t>(j - 1)] = j;
+        else if (const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id)))
+            noviKomb[static_cast<size_t>(j - 1)] = pKombOpt->Item().GetRedniBroj();
+    }
     const std::vector<int> novi = GlobalnaPreslikavanja(noviSl, noviKomb, nNovoSl);
 
     // The cases take their places and values; SRSS units follow the new ordinals.

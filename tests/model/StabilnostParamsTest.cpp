@@ -4,6 +4,7 @@
 #include "LoadRecordBytes.h"
 #include "ModelFixture.h"
 
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -278,4 +279,87 @@ TEST_F(StabilnostModelTest, CopiesCarryEverythingAndResetKeepsTheStabilityCombin
     reset.i32(5).i32(1).i32(0).i32(1).unit(0, {}).i32(1).unit(0, {{1, 1.0}, {2, -1.0}});
     EXPECT_EQ(Written(other), reset.f64(1000.0).f64(0.1).i32(1).f64(4.25).i32(0).i32(0).get());
     EXPECT_EQ(other.KombinacijaRbrToStabilnostIndex(2), 0);
+}
+
+TEST(StabilnostParamsUpdate, AgreesWithComparingEveryTwoSelectedCombinations) {
+    // Random load cases (some fixed, with a few distinct factors) and combinations (some
+    // repeating others' load cases and signs), against the merge read literally: each selected
+    // combination compared with every later one, emptied pairs dropped from the back.
+    std::mt19937 rng(7);
+    for (int model = 0; model < 30; ++model) {
+        CStabilnostParams params;
+        const int nSlopt = 1 + static_cast<int>(rng() % 6);
+        const int nKomb = static_cast<int>(rng() % 40);
+        CFiller f;
+        f.Open(CFiller::Mode::Write);
+        f.WriteInt32(1); // version 1: load case and combination items only
+        f.WriteInt32(nSlopt);
+        for (int s = 0; s < nSlopt; ++s) {
+            CStabilnostSloptItem item;
+            item.SetDozvoljen(1);
+            item.SetFiksan(rng() % 2 == 0);
+            item.SetFaktor(rng() % 3 == 0 ? 1.35 : 1.0);
+            item.ToFiller(f);
+        }
+        f.WriteInt32(nKomb);
+        for (int k = 0; k < nKomb; ++k) {
+            CStabilnostKombItem item;
+            item.SetOdobren(1);
+            item.SetIzabran(rng() % 4 != 0);
+            for (int s = 0; s < nSlopt; ++s)
+                if (rng() % 3 == 0)
+                    item.AddSloptIndex(s, rng() % 4 == 0);
+            item.ToFiller(f);
+        }
+        f.Close();
+        f.Open(CFiller::Mode::Read);
+        params.FromFiller(f);
+        f.Close();
+        ASSERT_EQ(params.BrojKombItema(), nKomb);
+
+        // The literal merge.
+        Units fix, var;
+        std::vector<int> map;
+        for (int i = 0; i < nKomb; ++i) {
+            const CStabilnostKombItem& komb = params.GetKombItem(i);
+            if (!komb.IsIzabran()) {
+                map.push_back(-1);
+                continue;
+            }
+            Pairs pf, pv;
+            for (int k = 0; k < komb.GetSize(); ++k) {
+                const int s = komb.GetSloptIndex(k);
+                if (params.GetSloptItem(s).IsFiksan())
+                    pf.emplace_back(s + 1, params.GetSloptItem(s).GetFaktor());
+                else
+                    pv.emplace_back(s + 1, komb.IsSloptNegative(k) ? -1.0 : 1.0);
+            }
+            fix.push_back(Unit(pf));
+            var.push_back(Unit(pv));
+            map.push_back(static_cast<int>(fix.size()) - 1);
+        }
+        for (int i = 0; i < nKomb; ++i)
+            for (int j = i + 1; j < nKomb && map[i] != -1; ++j)
+                if (map[j] != -1 && map[j] != map[i] && fix[map[j]] == fix[map[i]] &&
+                    var[map[j]] == var[map[i]]) {
+                    fix[map[j]].RemoveAll();
+                    var[map[j]].RemoveAll();
+                    map[j] = map[i];
+                }
+        for (int t = static_cast<int>(fix.size()) - 1; t >= 0; --t) {
+            if (!fix[t].IsEmpty() || !var[t].IsEmpty())
+                continue;
+            for (int& s : map)
+                if (s > t)
+                    --s;
+            fix.erase(fix.begin() + t);
+            var.erase(var.begin() + t);
+        }
+
+        params.Update();
+        EXPECT_EQ(params.GetFixLCUArray().Vector(), fix) << "model " << model;
+        EXPECT_EQ(params.GetVarLCUArray().Vector(), var) << "model " << model;
+        for (int i = 0; i < nKomb; ++i)
+            EXPECT_EQ(params.KombinacijaRbrToStabilnostIndex(i + 1), map[i]) << "model " << model;
+    }
 }
