@@ -3,10 +3,13 @@
 
 #include "diag/Assert.h"
 #include "host/LoadsServices.h"
+#include "host/MessageBox.h"
 #include "host/Model.h"
 #include "host/ModelFile.h"
 #include "host/VortaUtils.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <utility>
 
@@ -46,9 +49,20 @@ CCliHost::CCliHost() {
         vdiag::SetLogRoot(tmp);
     RegisterHostClasses();
     CVortaUtils::s_bLoading = false;
+    // Nobody answers a box: each is one line on the error stream, answered by its first
+    // button (OK).
+    CVortaMessageBox::SetPresenter([](const CString& text, const CString& caption, unsigned,
+                                      const std::vector<CString>& buttons) {
+        std::string line = "vorta-cli: " + caption.ToUtf8() + ": " + text.ToUtf8();
+        std::replace(line.begin(), line.end(), '\n', ' ');
+        std::fprintf(stderr, "%s\n", line.c_str());
+        std::fflush(stderr);
+        return buttons.empty() ? CVortaMessageBox::IDOK : 1;
+    });
 }
 
 CCliHost::~CCliHost() {
+    CVortaMessageBox::SetPresenter(nullptr);
     if (CObjBase::GetCurrent() == m_document.get())
         CObjBase::SetCurrent(nullptr);
     m_document.reset();

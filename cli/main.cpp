@@ -7,6 +7,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 
 int main(int argc, char** argv) {
@@ -54,24 +56,28 @@ int main(int argc, char** argv) {
                          "other value analyses every combination by itself")
             ->type_name("N");
 
+    ExitCode result = ExitCode::Ok;
     try {
         app.parse(argc, argv);
+        options.module = module;
+        if (demo->parsed()) {
+            options.file = demoFile;
+            result = RunDemo(options, std::cout, std::cerr);
+        } else {
+            options.file = showFile;
+            if (teorijaOption->count() > 0)
+                options.teorija = teorija;
+            result = RunShow(options, std::cout, std::cerr);
+        }
     } catch (const CLI::ParseError& e) {
-        const int code = app.exit(e);
-        return code == 0 ? 0 : static_cast<int>(ExitCode::Usage);
+        result = app.exit(e) == 0 ? ExitCode::Ok : ExitCode::Usage;
     }
-
-    options.module = module;
-    ExitCode result = ExitCode::Ok;
-    if (demo->parsed()) {
-        options.file = demoFile;
-        result = RunDemo(options, std::cout, std::cerr);
-    } else {
-        options.file = showFile;
-        if (teorijaOption->count() > 0)
-            options.teorija = teorija;
-        result = RunShow(options, std::cout, std::cerr);
-    }
+    // Output that did not reach its destination (a full disk, a closed pipe) is not success.
     std::cout.flush();
+    if (!std::cout && result == ExitCode::Ok) {
+        const int error = errno;
+        std::cerr << "vorta-cli: cannot write the output: " << std::strerror(error) << '\n';
+        return static_cast<int>(ExitCode::File);
+    }
     return static_cast<int>(result);
 }

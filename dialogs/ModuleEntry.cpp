@@ -6,6 +6,7 @@
 #include "host/ModuleLoader.h"
 #include "host/OptionInfo.h"
 #include "model/LoadNumbering.h"
+#include "model/ProveraModela.h"
 #include "services/ModuleServices.h"
 #include "services/Opterecenje.h"
 
@@ -47,5 +48,6 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     CLoadsServices::Izvestaj = &opterecenje::Izvestaj;
     CLoadsServices::NapraviPrimer = &opterecenje::NapraviPrimer;
     CLoadsServices::PostaviChangeLoadCaseTo = &PostaviChangeLoadCaseTo;
+    CLoadsServices::ProveriUcitaniModel = &ProveriUcitaniModel;
     return 1;
 }

@@ -13,4 +13,5 @@ void CLoadsServices::Reset() {
     Izvestaj = nullptr;
     NapraviPrimer = nullptr;
     PostaviChangeLoadCaseTo = nullptr;
+    ProveriUcitaniModel = nullptr;
 }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <vector>
 
+class CObjBase;
 /// The loads module's value of a load to evaluate (its load cases with their factors and the
 /// construction phase); hosts that evaluate loads include the module's header for it.
 class CGeneralizedLoadCase;
@@ -45,6 +46,11 @@ public:
     static inline void (*Izvestaj)(CLoadsReport& report) = nullptr;
     /// Fills the current (empty) document with an example model of a few storeys.
     static inline void (*NapraviPrimer)() = nullptr;
+    /// Checks a model just read from a file (not yet open) against the invariants of the loads
+    /// module. What the module knows how to repair it repairs, with a warning in the host's
+    /// message box; for anything else it gives false and what is wrong. The model file calls it
+    /// for every model it reads.
+    static inline bool (*ProveriUcitaniModel)(CObjBase& base, CString& error) = nullptr;
     /// Installs the host's handler of a change of the current load, which the module calls
     /// whenever the user picks a load in the results selector.
     static inline void (*PostaviChangeLoadCaseTo)(ChangeLoadCaseHandler handler) = nullptr;

@@ -1,13 +1,17 @@
 // The model file: reading, writing and the atomic save. docs/model-file.md gives the layout.
 #include "host/ModelFile.h"
 
+#include "diag/Assert.h"
+#include "host/LoadsServices.h"
 #include "host/Model.h"
 
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
+#include <new>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
 
@@ -120,6 +124,88 @@ private:
     int m_fd;
 };
 
+/// Checks the magic and the format version at the start of a file of `size` bytes, of which
+/// `n` are given; false with the reason.
+bool CheckHeader(const uint8_t* head, size_t n, size_t size, CString& error) {
+    // A file cut inside its magic is still recognised as a model file.
+    if (size == 0 || std::memcmp(head, CModelFile::Magic, std::min(n, MagicSize)) != 0) {
+        error = L"not a model file";
+        return false;
+    }
+    if (size < MagicSize + 4) {
+        error = L"model file is truncated";
+        return false;
+    }
+    const auto version = static_cast<int32_t>(LoadLe32(head + MagicSize));
+    if (version != CModelFile::FormatVersion) {
+        error = CString::Formatted(L"unsupported model file version %d", version);
+        return false;
+    }
+    return true;
+}
+
+/// Reads up to n bytes at the end of the buffer; false with errno set when a read fails.
+bool ReadUpTo(int fd, std::vector<uint8_t>& bytes, size_t n) {
+    const size_t start = bytes.size();
+    bytes.resize(start + n);
+    size_t done = 0;
+    while (done < n) {
+        const ssize_t got = ::read(fd, bytes.data() + start + done, n - done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return false;
+        if (got == 0)
+            break; // the file became shorter since it was measured
+        done += static_cast<size_t>(got);
+    }
+    bytes.resize(start + done);
+    return true;
+}
+
+/// The bytes of a model file: only a regular file of a sane size is read, and only once its
+/// magic and version are those of a model file. False with the reason otherwise.
+bool ReadModelFile(const std::filesystem::path& file, std::vector<uint8_t>& bytes, CString& error) {
+    const CString name = FromPath(file);
+    // Opening does not wait for a writer when the file is a pipe; that is refused below.
+    CFileHandle fd(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat st {};
+    if (fd.Get() < 0 || ::fstat(fd.Get(), &st) != 0) {
+        error = CString::Formatted(L"cannot open model file \"%s\": %s", name.c_str(),
+                                   SystemError(errno).c_str());
+        return false;
+    }
+    if (!S_ISREG(st.st_mode)) {
+        error = CString::Formatted(L"cannot open model file \"%s\": %s", name.c_str(),
+                                   S_ISDIR(st.st_mode) ? SystemError(EISDIR).c_str()
+                                                       : L"not a regular file");
+        return false;
+    }
+    const auto size = static_cast<uint64_t>(st.st_size);
+    if (size > CModelFile::MaxFileSize) {
+        error = CString::Formatted(
+            L"cannot open model file \"%s\": %llu bytes is too large for a model file (at "
+            L"most %llu)",
+            name.c_str(), static_cast<unsigned long long>(size),
+            static_cast<unsigned long long>(CModelFile::MaxFileSize));
+        return false;
+    }
+    ::fcntl(fd.Get(), F_SETFL, ::fcntl(fd.Get(), F_GETFL) & ~O_NONBLOCK);
+    bytes.clear();
+    // The magic and the version are checked before the rest is read.
+    const size_t headSize = std::min<size_t>(size, MagicSize + 4);
+    if (ReadUpTo(fd.Get(), bytes, headSize)) {
+        if (!CheckHeader(bytes.data(), bytes.size(), bytes.size() < headSize ? bytes.size() : size,
+                         error))
+            return false;
+        if (ReadUpTo(fd.Get(), bytes, static_cast<size_t>(size) - bytes.size()))
+            return true;
+    }
+    error = CString::Formatted(L"cannot read model file \"%s\": %s", name.c_str(),
+                               SystemError(errno).c_str());
+    return false;
+}
+
 bool WriteAll(int fd, const std::vector<uint8_t>& bytes) {
     size_t done = 0;
     while (done < bytes.size()) {
@@ -133,17 +219,28 @@ bool WriteAll(int fd, const std::vector<uint8_t>& bytes) {
     return true;
 }
 
-/// Writes the bytes to a new file and flushes them to the disk. An existing file of that name
-/// is emptied; `created` tells whether the file now exists, so a failure can remove it again.
-bool WriteDurably(const std::filesystem::path& file, const std::vector<uint8_t>& bytes,
-                  bool& created) {
-    CFileHandle fd(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    created = fd.Get() >= 0;
-    if (!created)
-        return false;
-    if (!WriteAll(fd.Get(), bytes) || ::fsync(fd.Get()) != 0)
-        return false;
-    return fd.Close();
+/// The permissions a new file gets: 0666 less the process's file mode mask.
+mode_t NewFileMode() {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+/// A new, empty temporary file beside the target, created exclusively under a name of its own
+/// (a link or file already there is never opened); its descriptor, or -1 with errno set.
+int CreateTemporary(const std::filesystem::path& target, std::filesystem::path& temp) {
+    // ".<the target's name>.XXXXXX", the name cut so that the whole stays within the limit
+    // of a file name.
+    constexpr size_t kSuffix = 7; // ".XXXXXX"
+    const size_t limit = NAME_MAX - 1 - kSuffix;
+    std::string name = target.filename().string();
+    if (name.size() > limit)
+        name.resize(limit);
+    std::string pattern = (target.parent_path() / ("." + name + ".XXXXXX")).string();
+    const int fd = ::mkostemp(pattern.data(), O_CLOEXEC);
+    if (fd >= 0)
+        temp = pattern;
+    return fd;
 }
 
 } // namespace
@@ -180,18 +277,29 @@ std::vector<uint8_t> CModelFile::Write(const CObjBase& base) {
 }
 
 std::unique_ptr<CObjBase> CModelFile::Read(const std::vector<uint8_t>& bytes, CString& error) {
+    if (!CheckHeader(bytes.data(), bytes.size(), bytes.size(), error))
+        return nullptr;
+    // A check of the program that fails while the file is taken in was caused by the file's
+    // content: the file is refused, and the program and the open model go on.
+    try {
+        const vdiag::CFatalTrap trap;
+        return ReadChecked(bytes, error);
+    } catch (const vdiag::CFatalCheck& check) {
+        error = L"model file is damaged: " + CString::FromUtf8(check.what());
+    } catch (const std::bad_alloc&) {
+        error = L"model file is too large to be read into memory";
+    } catch (const std::exception& e) {
+        error = L"model file is damaged: " + CString::FromUtf8(e.what());
+    }
+    return nullptr;
+}
+
+std::unique_ptr<CObjBase> CModelFile::ReadChecked(const std::vector<uint8_t>& bytes,
+                                                  CString& error) {
     auto fail = [&error](CString message) -> std::unique_ptr<CObjBase> {
         error = std::move(message);
         return nullptr;
     };
-    // A file cut inside its magic is still recognised as a model file.
-    if (bytes.empty() || std::memcmp(bytes.data(), Magic, std::min(bytes.size(), MagicSize)) != 0)
-        return fail(L"not a model file");
-    if (bytes.size() < MagicSize + 4)
-        return fail(L"model file is truncated");
-    const auto version = static_cast<int32_t>(LoadLe32(bytes.data() + MagicSize));
-    if (version != FormatVersion)
-        return fail(CString::Formatted(L"unsupported model file version %d", version));
     if (bytes.size() < MinimumSize)
         return fail(L"model file is truncated");
     const size_t bodySize = bytes.size() - 4;
@@ -267,31 +375,71 @@ std::unique_ptr<CObjBase> CModelFile::Read(const std::vector<uint8_t>& bytes, CS
                                                  reason.c_str()));
         }
     }
+    // The loads module checks what it needs of the model and repairs what it knows how to.
+    if (CLoadsServices::ProveriUcitaniModel != nullptr) {
+        CString reason;
+        if (!CLoadsServices::ProveriUcitaniModel(*base, reason))
+            return fail(L"model file is damaged: " + reason);
+    }
     return base;
 }
 
 bool CModelFile::Save(const CObjBase& base, const std::filesystem::path& file, CString& error) {
+    const CString name = FromPath(file);
+    auto fail = [&](const wchar_t* what, int code) {
+        error = CString::Formatted(L"%s \"%s\": %s", what, name.c_str(), SystemError(code).c_str());
+        return false;
+    };
+    // A link to the model file is kept: the file it names is replaced.
+    struct stat st {};
+    std::filesystem::path target = file;
+    if (::lstat(file.c_str(), &st) == 0 && S_ISLNK(st.st_mode)) {
+        std::error_code ec;
+        target = std::filesystem::weakly_canonical(file, ec);
+        if (ec)
+            return fail(L"cannot write model file", ec.value());
+    }
+    // An existing file keeps its permissions; only a regular file is ever replaced.
+    mode_t mode = 0;
+    if (::stat(target.c_str(), &st) == 0) {
+        if (!S_ISREG(st.st_mode)) {
+            error = CString::Formatted(L"cannot write model file \"%s\": %s", name.c_str(),
+                                       S_ISDIR(st.st_mode) ? SystemError(EISDIR).c_str()
+                                                           : L"not a regular file");
+            return false;
+        }
+        mode = st.st_mode & 07777;
+    } else if (errno != ENOENT) {
+        return fail(L"cannot write model file", errno);
+    } else {
+        mode = NewFileMode();
+    }
     const std::vector<uint8_t> bytes = Write(base);
-    std::filesystem::path temp = file;
-    temp += ".tmp";
-    bool created = false;
-    if (!WriteDurably(temp, bytes, created)) {
-        const int code = errno;
-        if (created)
-            ::unlink(temp.c_str());
-        error = CString::Formatted(L"cannot write model file \"%s\": %s", FromPath(temp).c_str(),
-                                   SystemError(code).c_str());
+    if (bytes.size() > MaxFileSize) {
+        error = CString::Formatted(L"cannot write model file \"%s\": the model is too large for "
+                                   L"a model file (%llu bytes, at most %llu)",
+                                   name.c_str(), static_cast<unsigned long long>(bytes.size()),
+                                   static_cast<unsigned long long>(MaxFileSize));
         return false;
     }
-    if (::rename(temp.c_str(), file.c_str()) != 0) {
+
+    std::filesystem::path temp;
+    CFileHandle fd(CreateTemporary(target, temp));
+    if (fd.Get() < 0)
+        return fail(L"cannot write model file", errno);
+    if (::fchmod(fd.Get(), mode) != 0 || !WriteAll(fd.Get(), bytes) || ::fsync(fd.Get()) != 0 ||
+        !fd.Close()) {
         const int code = errno;
         ::unlink(temp.c_str());
-        error = CString::Formatted(L"cannot replace model file \"%s\": %s", FromPath(file).c_str(),
-                                   SystemError(code).c_str());
-        return false;
+        return fail(L"cannot write model file", code);
+    }
+    if (::rename(temp.c_str(), target.c_str()) != 0) {
+        const int code = errno;
+        ::unlink(temp.c_str());
+        return fail(L"cannot replace model file", code);
     }
     // The rename itself reaches the disk with the directory; a failure here loses nothing.
-    std::filesystem::path directory = file.parent_path();
+    std::filesystem::path directory = target.parent_path();
     if (directory.empty())
         directory = ".";
     CFileHandle dir(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -301,18 +449,9 @@ bool CModelFile::Save(const CObjBase& base, const std::filesystem::path& file, C
 }
 
 std::unique_ptr<CObjBase> CModelFile::Load(const std::filesystem::path& file, CString& error) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
-        error = CString::Formatted(L"cannot open model file \"%s\": %s", FromPath(file).c_str(),
-                                   SystemError(errno).c_str());
+    std::vector<uint8_t> bytes;
+    if (!ReadModelFile(file, bytes, error))
         return nullptr;
-    }
-    const std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(in),
-                                     std::istreambuf_iterator<char>()};
-    if (in.bad()) {
-        error = CString::Formatted(L"cannot read model file \"%s\"", FromPath(file).c_str());
-        return nullptr;
-    }
     return Read(bytes, error);
 }
 

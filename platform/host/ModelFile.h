@@ -4,8 +4,12 @@
 // gives the layout.
 //
 // Loading reads into a fresh object base; the open model is replaced only when the whole file
-// read without error. Saving writes a temporary file beside the target, flushes it and renames
-// it over the target, so an interrupted save never loses the previous file.
+// read without error and the loads module accepted the model. Only a regular file of at most
+// MaxFileSize bytes is read, and only once its magic and version are those of a model file. A
+// check of the program that fails while a file is read refuses the file instead of ending the
+// program. Saving writes a new temporary file beside the target, created exclusively under a
+// unique name, flushes it and renames it over the target, so an interrupted save never loses
+// the previous file; the target keeps its permissions.
 #include "framework/String.h"
 #include "objbase/ObjBase.h"
 
@@ -17,6 +21,8 @@ class CModelFile {
 public:
     static constexpr char Magic[4] = {'V', 'L', 'D', 'M'};
     static constexpr int32_t FormatVersion = 1;
+    /// The largest model file that is read or written.
+    static constexpr uint64_t MaxFileSize = uint64_t{1} << 30;
 
     /// The bytes of a model file for the object base.
     static std::vector<uint8_t> Write(const CObjBase& base);
@@ -31,4 +37,8 @@ public:
     /// the old one was). On failure `open` is untouched and false is returned with the reason.
     static bool Open(const std::filesystem::path& file, std::unique_ptr<CObjBase>& open,
                      CString& error);
+
+private:
+    /// Read after the header was checked, with failed checks trapped.
+    static std::unique_ptr<CObjBase> ReadChecked(const std::vector<uint8_t>& bytes, CString& error);
 };

@@ -369,6 +369,7 @@ CId CObjBase::Insert(CObj* obj) {
     // Undo recreates objects by type, so only registered classes can be stored.
     if (!IsRegistered(obj->GetType()))
         gfnAssertFailed("IsRegistered (pObj->GetType ())", gfnSourceName(__FILE__), __LINE__);
+    VASSERT(m_nextId < INT32_MAX);
     const CId id(m_nextId);
     Touch(id);
     ++m_nextId;
@@ -383,7 +384,8 @@ bool CObjBase::InsertLoaded(CObj* obj) {
         return false;
     Owned owned(obj);
     const CId id = obj->GetId();
-    if (!id.Valid() || Slot(id.GetValue()) != nullptr || !IsRegistered(obj->GetType()))
+    if (!id.Valid() || id.GetValue() > MaxLoadedId || Slot(id.GetValue()) != nullptr ||
+        !IsRegistered(obj->GetType()))
         return false;
     Touch(id);
     Place(std::move(owned), obj->GetType(), m_nextOrder++);

@@ -94,9 +94,12 @@ public:
     CObj* GetWritable(const CId& id);
     /// Takes the object over and gives it the next id; its class must be registered.
     CId Insert(CObj* obj);
+    /// The highest id an object read from a file may carry: the ids above it are left for the
+    /// objects the document receives afterwards.
+    static constexpr int32_t MaxLoadedId = INT32_MAX - (int32_t{1} << 24);
     /// Inserts an object read from a file under the id its record carries, at the end of its
-    /// type's store order. Returns false (and destroys the object) when the id is invalid or
-    /// taken or the class is not registered.
+    /// type's store order. Returns false (and destroys the object) when the id is invalid,
+    /// above MaxLoadedId or taken, or the class is not registered.
     bool InsertLoaded(CObj* obj);
     bool Delete(const CId& id);
     /// Puts obj (taken over; of the same type) in place of the stored object with that id: it

@@ -1,39 +1,12 @@
 // vorta-cli end to end: the built program is run in a temporary directory on model files it
 // writes itself, on damaged copies of them, and with bad arguments.
-#include "platform/TempDir.h"
+#include "CliRun.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <sstream>
-#include <sys/wait.h>
 
 namespace {
-
-struct CRun {
-    int code = -1;
-    std::string out;
-    std::string err;
-};
-
-/// Runs vorta-cli with the arguments in the directory, which also receives the error log
-/// should an assertion fail; `environment` holds further variable assignments.
-CRun RunCli(const CTempDir& dir, const std::string& args, const std::string& environment = "") {
-    const std::string d = dir.Path().string();
-    const std::string command = "cd '" + d + "' && TMP='" + d + "' " + environment +
-                                " '" VORTA_CLI_PATH "' " + args + " >'" + d + "/stdout.txt' 2>'" +
-                                d + "/stderr.txt'";
-    const int status = std::system(command.c_str());
-    CRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(dir.Path() / "stdout.txt"),
-             ReadText(dir.Path() / "stderr.txt")};
-    std::filesystem::remove(dir.Path() / "stdout.txt");
-    std::filesystem::remove(dir.Path() / "stderr.txt");
-    return run;
-}
-
-void WriteFile(const std::filesystem::path& file, const std::string& bytes) {
-    std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes;
-}
 
 /// The body rows of the table with the title, each as its words: the lines after the title,
 /// underline, heading and rule, up to the empty line that ends the table.

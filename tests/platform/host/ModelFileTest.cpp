@@ -5,7 +5,9 @@
 #include "platform/objbase/TestRecords.h"
 
 #include <algorithm>
+#include <climits>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <zlib.h>
 
 namespace {
@@ -236,22 +238,22 @@ TEST_F(ModelFile, FailedSaveKeepsTheOldFileAndLeavesNoTemporary) {
     const Bytes old = ReadBytes(m_file);
     CObjBase other;
     Build(other);
+    auto refused = [&](const fs::path& file) {
+        m_error.Empty();
+        EXPECT_FALSE(CModelFile::Save(other, file, m_error)) << file;
+        return m_error.ToUtf8();
+    };
 
-    // The temporary cannot be created: its name is taken by a directory.
-    fs::create_directory(m_dir.Path() / "model.vldm.tmp");
-    EXPECT_FALSE(CModelFile::Save(other, m_file, m_error));
-    EXPECT_EQ(m_error.ToUtf8().rfind("cannot write model file", 0), 0u) << m_error.ToUtf8();
+    // What is not a regular file is never replaced, and the reason names the user's file.
+    const fs::path busy = m_dir.Path() / "busy";
+    fs::create_directories(busy / "inside");
+    EXPECT_EQ(refused(busy), "cannot write model file \"" + busy.string() + "\": Is a directory");
+    EXPECT_TRUE(fs::is_directory(busy / "inside"));
+    EXPECT_EQ(refused("/dev/null"), "cannot write model file \"/dev/null\": not a regular file");
+    const fs::path missing = m_dir.Path() / "none" / "model.vldm";
+    EXPECT_EQ(refused(missing),
+              "cannot write model file \"" + missing.string() + "\": No such file or directory");
     EXPECT_EQ(ReadBytes(m_file), old);
-    fs::remove(m_dir.Path() / "model.vldm.tmp");
-
-    // The rename fails: the target is a directory that is not empty.
-    const fs::path target = m_dir.Path() / "busy";
-    fs::create_directories(target / "inside");
-    EXPECT_FALSE(CModelFile::Save(other, target, m_error));
-    EXPECT_EQ(m_error.ToUtf8().rfind("cannot replace model file", 0), 0u) << m_error.ToUtf8();
-    EXPECT_TRUE(fs::is_directory(target / "inside"));
-
-    EXPECT_FALSE(CModelFile::Save(other, m_dir.Path() / "none" / "model.vldm", m_error));
 
     // A successful save replaces the old file and leaves nothing else behind.
     ASSERT_TRUE(CModelFile::Save(other, m_file, m_error));
@@ -261,4 +263,45 @@ TEST_F(ModelFile, FailedSaveKeepsTheOldFileAndLeavesNoTemporary) {
         left.push_back(entry.path().filename());
     std::sort(left.begin(), left.end());
     EXPECT_EQ(left, (std::vector<fs::path>{"busy", "model.vldm"}));
+}
+
+TEST_F(ModelFile, SaveNeverFollowsALinkToItsTemporaryAndKeepsPermissionsAndLinks) {
+    // A link where a temporary of a fixed name would be: the file it points to stays as it is.
+    const fs::path victim = m_dir.Path() / "victim";
+    WriteBytes(victim, {1, 2, 3});
+    fs::create_symlink(victim, m_dir.Path() / "model.vldm.tmp");
+    for (int i = 0; i < 3; ++i)
+        ASSERT_TRUE(CModelFile::Save(m_base, m_file, m_error)) << m_error.ToUtf8();
+    EXPECT_EQ(ReadBytes(victim), (Bytes{1, 2, 3}));
+    EXPECT_TRUE(fs::is_symlink(m_dir.Path() / "model.vldm.tmp"));
+
+    // The model file keeps its permissions, a read-only one included; a new one gets what
+    // the file mode mask leaves of 0666.
+    for (const fs::perms perms : {fs::perms(0444), fs::perms(0640)}) {
+        fs::permissions(m_file, perms);
+        ASSERT_TRUE(CModelFile::Save(m_base, m_file, m_error)) << m_error.ToUtf8();
+        EXPECT_EQ(fs::status(m_file).permissions(), perms);
+    }
+    const mode_t mask = ::umask(022);
+    const fs::path fresh = m_dir.Path() / "fresh.vldm";
+    ASSERT_TRUE(CModelFile::Save(m_base, fresh, m_error));
+    EXPECT_EQ(fs::status(fresh).permissions(), fs::perms(0644));
+    ::umask(mask);
+
+    // Saving through a link replaces the file it names; the link stays a link.
+    const fs::path link = m_dir.Path() / "link.vldm";
+    fs::create_symlink(fresh, link);
+    CObjBase other;
+    ASSERT_TRUE(CModelFile::Save(other, link, m_error)) << m_error.ToUtf8();
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(ReadBytes(fresh), CModelFile::Write(other));
+
+    // A name as long as the file system allows still saves (its temporary is named shorter).
+    const fs::path longest = m_dir.Path() / (std::string(NAME_MAX - 5, 'm') + ".vldm");
+    ASSERT_TRUE(CModelFile::Save(m_base, longest, m_error)) << m_error.ToUtf8();
+    EXPECT_EQ(ReadBytes(longest), CModelFile::Write(m_base));
+    size_t files = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(m_dir.Path()))
+        ++files;
+    EXPECT_EQ(files, 6u); // victim, its link, model.vldm, fresh.vldm, link.vldm, the long one
 }
