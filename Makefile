@@ -1,5 +1,8 @@
 # The two everyday commands: `make run` and `make test`.
-.PHONY: setup build run test asan bench clean
+.PHONY: setup build run test asan bench fuzz crashtest clean
+
+# Seconds each fuzz target runs in `make fuzz`.
+FUZZ_SECONDS ?= 600
 
 setup:
 	@./scripts/setup
@@ -18,6 +21,14 @@ asan: setup
 	@cmake --preset asan >/dev/null
 	@cmake --build --preset asan
 	@ctest --preset asan
+
+fuzz: setup
+	@cmake --preset fuzz >/dev/null
+	@cmake --build --preset fuzz
+	@./scripts/fuzz build/fuzz $(FUZZ_SECONDS)
+
+crashtest: build
+	@./tests/crash/save-and-kill.sh build/default/bin/crash_saver 1000
 
 bench: build
 	@for b in build/default/bin/bench_*; do [ -x "$$b" ] && "$$b"; done

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -226,21 +227,51 @@ mode_t NewFileMode() {
     return 0666 & ~mask;
 }
 
-/// A new, empty temporary file beside the target, created exclusively under a name of its own
-/// (a link or file already there is never opened); its descriptor, or -1 with errno set.
-int CreateTemporary(const std::filesystem::path& target, std::filesystem::path& temp) {
-    // ".<the target's name>.XXXXXX", the name cut so that the whole stays within the limit
-    // of a file name.
-    constexpr size_t kSuffix = 7; // ".XXXXXX"
-    const size_t limit = NAME_MAX - 1 - kSuffix;
+/// What the names of the target's temporary files begin with: "." and the target's name, cut
+/// so that a whole temporary name stays within the limit of a file name, and ".".
+std::string TemporaryPrefix(const std::filesystem::path& target) {
+    // The rest of a temporary name: the process id (at most 10 digits), "-" and "XXXXXX".
+    constexpr size_t kRest = 10 + 1 + 6;
     std::string name = target.filename().string();
-    if (name.size() > limit)
-        name.resize(limit);
-    std::string pattern = (target.parent_path() / ("." + name + ".XXXXXX")).string();
+    if (name.size() > NAME_MAX - 2 - kRest)
+        name.resize(NAME_MAX - 2 - kRest);
+    return "." + name + ".";
+}
+
+/// A new, empty temporary file beside the target, created exclusively under a name of its own,
+/// ".<name>.<process id>-XXXXXX" (a link or file already there is never opened); its
+/// descriptor, or -1 with errno set.
+int CreateTemporary(const std::filesystem::path& target, std::filesystem::path& temp) {
+    std::string pattern =
+        (target.parent_path() / (TemporaryPrefix(target) + std::to_string(::getpid()) + "-XXXXXX"))
+            .string();
     const int fd = ::mkostemp(pattern.data(), O_CLOEXEC);
     if (fd >= 0)
         temp = pattern;
     return fd;
+}
+
+/// Removes the temporary files of the target that saves of processes no longer alive left
+/// behind (a save that was killed cannot remove its own).
+void RemoveOrphanedTemporaries(const std::filesystem::path& target) {
+    const std::string prefix = TemporaryPrefix(target);
+    std::filesystem::path directory = target.parent_path();
+    if (directory.empty())
+        directory = ".";
+    std::error_code ec;
+    for (const auto& entry : std::filesystem::directory_iterator(directory, ec)) {
+        const std::string name = entry.path().filename().string();
+        if (name.size() <= prefix.size() + 7 || name.compare(0, prefix.size(), prefix) != 0)
+            continue;
+        const std::string rest = name.substr(prefix.size());
+        const size_t dash = rest.size() - 7;
+        if (rest[dash] != '-' || rest.find_first_not_of("0123456789") != dash || dash > 10)
+            continue;
+        const long pid = std::strtol(rest.c_str(), nullptr, 10);
+        if (pid > 0 && pid != ::getpid() && ::kill(static_cast<pid_t>(pid), 0) != 0 &&
+            errno == ESRCH)
+            ::unlink(entry.path().c_str());
+    }
 }
 
 } // namespace
@@ -445,6 +476,7 @@ bool CModelFile::Save(const CObjBase& base, const std::filesystem::path& file, C
     CFileHandle dir(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (dir.Get() >= 0)
         ::fsync(dir.Get());
+    RemoveOrphanedTemporaries(target);
     return true;
 }
 
