@@ -1,5 +1,5 @@
 # The two everyday commands: `make run` and `make test`.
-.PHONY: setup build run test asan bench fuzz crashtest clean
+.PHONY: setup build run test gui screenshots asan bench fuzz crashtest clean
 
 # Seconds each fuzz target runs in `make fuzz`.
 FUZZ_SECONDS ?= 600
@@ -11,11 +11,21 @@ build: setup
 	@cmake --preset default >/dev/null
 	@cmake --build --preset default
 
-run: build
+# The example needs only the headless host and the module, not the desktop host.
+run: setup
+	@cmake --preset default >/dev/null
+	@cmake --build --preset default --target vorta-cli opterecenje
 	@./scripts/run-demo build/default
 
 test: build
 	@ctest --preset default
+
+gui: build
+	@./build/default/bin/vorta
+
+# The desktop host's pictures for the README, rendered without a display.
+screenshots: build
+	@QT_QPA_PLATFORM=offscreen ./build/default/bin/vorta --screenshots docs/images
 
 asan: setup
 	@cmake --preset asan >/dev/null

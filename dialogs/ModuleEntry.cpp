@@ -49,5 +49,7 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     CLoadsServices::NapraviPrimer = &opterecenje::NapraviPrimer;
     CLoadsServices::PostaviChangeLoadCaseTo = &PostaviChangeLoadCaseTo;
     CLoadsServices::ProveriUcitaniModel = &ProveriUcitaniModel;
+    CLoadsServices::ZaboraviDokument = &opterecenje::ZaboraviDokument;
+    CLoadsServices::UrediStabilnost = &opterecenje::UrediStabilnost;
     return 1;
 }

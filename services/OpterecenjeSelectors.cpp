@@ -37,13 +37,13 @@ using opterecenje::Upozori;
 
 namespace {
 
-constexpr const wchar_t* kTotalno = L"Totalno opterecenje";
-constexpr const wchar_t* kOpterecenje = L"Opterecenje %d: %s";
+constexpr const wchar_t* kTotalno = Tr(L"Totalno opterecenje");
+constexpr const wchar_t* kOpterecenje = Tr(L"Opterecenje %d: %s");
 constexpr const wchar_t* kNisuProracunati =
-    L"Za izabrani slucaj opterecenja rezultati nisu mogli biti proracunati.";
-constexpr const wchar_t* kAnvelopaNeodgovara = L"Izabrani anvelopski slucaj nije u saglasnosti sa "
-                                               L"ukupnim brojem slucajeva i kombinacija "
-                                               L"opterecenja.";
+    Tr(L"Za izabrani slucaj opterecenja rezultati nisu mogli biti proracunati.");
+constexpr const wchar_t* kAnvelopaNeodgovara = Tr(L"Izabrani anvelopski slucaj nije u saglasnosti "
+                                                  L"sa ukupnim brojem slucajeva i kombinacija "
+                                                  L"opterecenja.");
 
 void OsveziPoglede() {
     CVortaUtils::UpdateViews(1, 1, 0, 0, 0);

@@ -9,6 +9,7 @@
 #include "model/KombOptItem.h"
 #include "model/ModelRegistration.h"
 #include "services/OpterecenjeInterfaceImp.h"
+#include "text/Translator.h"
 
 namespace {
 
@@ -47,23 +48,23 @@ void COpterecenjeApp::SetUp(COptionInfoList& list) {
     AOpterecenjeInterface::RegisterFactory(&OpterecenjeInterfaceFactory);
 
     Komanda(list, 3517, 1, &OnSlucajeviOpterecenja, &UpdateEnabled, CButtonST::h24IconSlOpt, 3000,
-            L"Opterecenje")
-        .m_strName = L"Slucajevi opterecenja";
+            Tr(L"Opterecenje"))
+        .m_strName = Tr(L"Slucajevi opterecenja");
     Komanda(list, 3703, 7, &OnPrethodniSlOpt, &UpdatePrevSlOpt, CButtonST::h24IconPrevSlOpt, 3004,
-            L"Opterecenje")
-        .m_strTip = L"Prethodni slucaj opterecenja";
+            Tr(L"Opterecenje"))
+        .m_strTip = Tr(L"Prethodni slucaj opterecenja");
     Komanda(list, 3704, 7, &OnSledeciSlOpt, &UpdateNextSlOpt, CButtonST::h24IconNextSlOpt, 3008,
-            L"Opterecenje")
-        .m_strTip = L"Sledeci slucaj opterecenja";
+            Tr(L"Opterecenje"))
+        .m_strTip = Tr(L"Sledeci slucaj opterecenja");
     Komanda(list, 3518, 1, &OnKombinacijeOpterecenja, &UpdateEnabled, CButtonST::h24IconSlOptKomb,
             3100, L"Opterecenje")
-        .m_strName = L"Kombinacije opterecenja";
-    Separator(list, 1, 3200, L"Opterecenje");
+        .m_strName = Tr(L"Kombinacije opterecenja");
+    Separator(list, 1, 3200, Tr(L"Opterecenje"));
     Komanda(list, 3403, 7, &OnCombo, &UpdateComboCtrl, 0, 6215, nullptr).SetCombo(210);
     Komanda(list, 3519, 4, &OnSlucajeviOpterecenja2, &UpdateEnabled, CButtonST::h24IconSlOpt, 1990,
-            L"Uticaji")
-        .m_strName = L"Slucajevi opterecenja";
-    Separator(list, 4, 1995, L"Uticaji");
+            Tr(L"Uticaji"))
+        .m_strName = Tr(L"Slucajevi opterecenja");
+    Separator(list, 4, 1995, Tr(L"Uticaji"));
 }
 
 int COpterecenjeApp::OnSlucajeviOpterecenja() {

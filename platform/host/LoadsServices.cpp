@@ -14,4 +14,6 @@ void CLoadsServices::Reset() {
     NapraviPrimer = nullptr;
     PostaviChangeLoadCaseTo = nullptr;
     ProveriUcitaniModel = nullptr;
+    ZaboraviDokument = nullptr;
+    UrediStabilnost = nullptr;
 }

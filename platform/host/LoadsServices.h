@@ -5,6 +5,7 @@
 #include "framework/Array.h"
 #include "framework/String.h"
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -51,6 +52,14 @@ public:
     /// message box; for anything else it gives false and what is wrong. The model file calls it
     /// for every model it reads.
     static inline bool (*ProveriUcitaniModel)(CObjBase& base, CString& error) = nullptr;
+    /// Forgets what the module remembers of the document that was open (selector items, loads
+    /// marked unstable, the active envelope, the multimodal tone map, the theory), before
+    /// another document is made current.
+    static inline void (*ZaboraviDokument)() = nullptr;
+    /// Runs the stability dialog over the stability parameters given as the module's record
+    /// (empty: parameters built afresh from the current document); `parent` is the host's
+    /// window. True when the user confirmed: the record then holds the new parameters.
+    static inline bool (*UrediStabilnost)(std::vector<uint8_t>& record, void* parent) = nullptr;
     /// Installs the host's handler of a change of the current load, which the module calls
     /// whenever the user picks a load in the results selector.
     static inline void (*PostaviChangeLoadCaseTo)(ChangeLoadCaseHandler handler) = nullptr;

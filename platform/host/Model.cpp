@@ -13,8 +13,16 @@ CModel& CModel::operator=(const CModel& src) {
 
 int CModel::ToFiller(CFiller& f) const {
     CObj::ToFiller(f);
-    f.WriteInt32(1);
+    // A model with the default analysis settings keeps the first version's record.
+    const bool podrazumevano = m_nTeorija == 1 && m_stabilnost.empty();
+    f.WriteInt32(podrazumevano ? 1 : 2);
     f.WriteInt32(m_nAnaliza);
+    if (podrazumevano)
+        return 1;
+    f.WriteInt32(m_nTeorija);
+    f.WriteInt32(static_cast<int32_t>(m_stabilnost.size()));
+    if (!m_stabilnost.empty())
+        f.Write(m_stabilnost.data(), 1, m_stabilnost.size());
     return 1;
 }
 
@@ -24,14 +32,26 @@ int CModel::FromFiller(CFiller& f) {
     int32_t version = 0;
     if (!f.ReadInt32(version))
         return 0;
-    if (version != 1) {
+    if (version != 1 && version != 2) {
         CTrFiller::SetObjVerErr(f, "Model", version);
         return 0;
     }
     int32_t analiza = 0;
     if (!f.ReadInt32(analiza))
         return 0;
+    int32_t teorija = 1;
+    std::vector<uint8_t> stabilnost;
+    if (version >= 2) {
+        int32_t n = 0;
+        if (!f.ReadInt32(teorija) || !f.ReadInt32(n) || !f.CheckCount(n, 1))
+            return 0;
+        stabilnost.resize(static_cast<size_t>(n));
+        if (n > 0 && !f.Read(stabilnost.data(), 1, stabilnost.size()))
+            return 0;
+    }
     m_nAnaliza = analiza;
+    m_nTeorija = teorija;
+    m_stabilnost = std::move(stabilnost);
     return 1;
 }
 

@@ -2,10 +2,16 @@
 // CModel: the host's model object in the object store (one per document), and the host's
 // records of individual loads, which the loads module only counts and reads.
 //
-// CModel record: the CObj base record, int32 version = 1, int32 analysis setting.
+// CModel record: the CObj base record, int32 version = 2, int32 analysis setting, int32 analysis
+// theory, int32 n and n bytes: the loads module's record of the stability parameters (n = 0
+// when there are none yet). Version 1 ends after the analysis setting (theory 1, no stability
+// parameters); a model with those settings is written as version 1.
 // Individual load record: the CObj base record, int32 version = 1, int32 id of its load case,
 // float64 intensity.
 #include "objbase/BaseManager.h"
+
+#include <cstdint>
+#include <vector>
 
 class CModel : public CPooledObj<CModel, CBaseManager::ModelType> {
 public:
@@ -16,6 +22,12 @@ public:
     /// The analysis setting of the model (the kind of analysis chosen by the user).
     int GetAnaliza() const { return m_nAnaliza; }
     void SetAnaliza(int value) { m_nAnaliza = value; }
+    /// The analysis theory the host chose for the model (the loads module's theory switch).
+    int GetTeorija() const { return m_nTeorija; }
+    void SetTeorija(int value) { m_nTeorija = value; }
+    /// The stability parameters as the loads module's record; empty when none were set.
+    const std::vector<uint8_t>& GetStabilnost() const { return m_stabilnost; }
+    void SetStabilnost(std::vector<uint8_t> record) { m_stabilnost = std::move(record); }
 
     int ToFiller(CFiller& f) const override;
     int FromFiller(CFiller& f) override;
@@ -26,13 +38,14 @@ public:
 
 private:
     int32_t m_nAnaliza = 1;
+    int32_t m_nTeorija = 1;
+    std::vector<uint8_t> m_stabilnost;
 };
 
 /// An individual load of the host (point, line, surface load, prestressing, moving load, ...):
 /// it belongs to one load case.
 template <int TypeNumber>
-class CPojedinacnoOpterecenje
-    : public CPooledObj<CPojedinacnoOpterecenje<TypeNumber>, TypeNumber> {
+class CPojedinacnoOpterecenje : public CPooledObj<CPojedinacnoOpterecenje<TypeNumber>, TypeNumber> {
 public:
     CPojedinacnoOpterecenje() = default;
     CPojedinacnoOpterecenje(const CPojedinacnoOpterecenje& src)

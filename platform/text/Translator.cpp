@@ -8,7 +8,8 @@ namespace {
 struct LanguageState {
     int language = ClTranslator::Srpski;
     int subLanguage = 0;
-    std::map<int, std::map<std::wstring, CString>> catalogs;
+    // By language and sub-language.
+    std::map<std::pair<int, int>, std::map<std::wstring, CString>> catalogs;
 };
 
 LanguageState& State() {
@@ -28,13 +29,20 @@ CString ClTranslator::Translate(const CString& source) {
     if (source.size() >= 2 && source[0] == L'$' && source[1] == L'$')
         return source.Mid(2);
     const LanguageState& state = State();
-    if (state.language == Srpski)
+    if (state.language == Srpski && state.subLanguage == Latinica)
         return source;
-    const auto catalog = state.catalogs.find(state.language);
-    if (catalog == state.catalogs.end())
-        return source;
-    const auto entry = catalog->second.find(source);
-    return entry == catalog->second.end() ? source : entry->second;
+    // The sub-language's catalog first, then the language's own.
+    for (const int sub : {state.subLanguage, 0}) {
+        const auto catalog = state.catalogs.find({state.language, sub});
+        if (catalog == state.catalogs.end())
+            continue;
+        const auto entry = catalog->second.find(source);
+        if (entry != catalog->second.end())
+            return entry->second;
+        if (sub == 0)
+            break;
+    }
+    return source;
 }
 
 void ClTranslator::SetLanguage(int language, int subLanguage) {
@@ -55,7 +63,12 @@ bool ClTranslator::bugarskiJezik() {
 }
 
 void ClTranslator::AddTranslation(int language, const CString& source, const CString& translation) {
-    State().catalogs[language][source] = translation;
+    AddTranslation(language, 0, source, translation);
+}
+
+void ClTranslator::AddTranslation(int language, int subLanguage, const CString& source,
+                                  const CString& translation) {
+    State().catalogs[{language, subLanguage}][source] = translation;
 }
 
 void ClTranslator::ClearCatalogs() {

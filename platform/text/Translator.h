@@ -10,12 +10,17 @@
 #include "framework/Array.h"
 #include "framework/String.h"
 
+#include <filesystem>
+
 class CFiller;
 
 class ClTranslator {
 public:
     /// Language codes; Serbian is the source language and needs no catalog.
     enum Jezik : int { Srpski = 0, Engleski = 1, Bugarski = 2, Ruski = 3, Nemacki = 4 };
+    /// Sub-languages: the script of a language written in two (Serbian in Cyrillic has a
+    /// catalog of its own; Latin, the default, is the source).
+    enum PodJezik : int { Latinica = 0, Cirilica = 1 };
 
     /// The translation of a source text in the current language, or the text itself when the
     /// language has no catalog or the catalog has no entry for it. A text that begins with
@@ -29,9 +34,17 @@ public:
     /// True when the current language or the current sub-language is Bulgarian.
     static bool bugarskiJezik();
 
-    /// Adds or replaces one entry of a language's catalog; ClearCatalogs empties them all.
+    /// Adds or replaces one entry of a language's catalog (of its sub-language's, which the
+    /// language falls back to); ClearCatalogs empties them all.
     static void AddTranslation(int language, const CString& source, const CString& translation);
+    static void AddTranslation(int language, int subLanguage, const CString& source,
+                               const CString& translation);
     static void ClearCatalogs();
+    /// Adds every translated entry of a compiled catalog (a GNU .mo file, UTF-8) to the
+    /// catalog of the language. False with the reason when the file cannot be read or is not
+    /// such a catalog; nothing is added then.
+    static bool UcitajKatalog(int language, int subLanguage, const std::filesystem::path& file,
+                              CString& error);
 
     /// The string record (see above). FromFiller returns 0 and leaves s untouched when the
     /// stream is in error or the record cannot be complete.
