@@ -394,9 +394,10 @@ void CMainWindow::ExportPdfAsk() {
     ExportPdf(path);
 }
 
-void CMainWindow::SetLanguage(int language, int subLanguage) {
+void CMainWindow::SetLanguage(int language, int subLanguage, bool remember) {
     ClTranslator::SetLanguage(language, subLanguage);
-    QSettings().setValue(QStringLiteral("language"), language * 16 + subLanguage);
+    if (remember)
+        QSettings().setValue(QStringLiteral("language"), language * 16 + subLanguage);
     BuildUi();
     SetResultsMode(m_bResults);
 }

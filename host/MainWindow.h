@@ -42,8 +42,9 @@ public:
     void RedoStep();
     void SetTeorija(int teorija);
     void EditStabilnost();
-    /// Chooses the language (ClTranslator's codes) and translates the window again.
-    void SetLanguage(int language, int subLanguage);
+    /// Chooses the language (ClTranslator's codes) and translates the window again; the
+    /// choice is kept for the next start unless `remember` is false.
+    void SetLanguage(int language, int subLanguage, bool remember = true);
     /// Writes the load tables to a PDF file.
     bool ExportPdf(const QString& path);
 

@@ -3,6 +3,7 @@
 
 #include "MainWindow.h"
 #include "host/LoadsServices.h"
+#include "text/Translator.h"
 #include "ui/DialogView.h"
 
 #include <QApplication>
@@ -24,6 +25,8 @@ int RenderScreenshots(CMainWindow& window, const QString& directory) {
     QDir().mkpath(directory);
     const QDir dir(directory);
     int written = 0;
+    // The pictures show the program's own texts, whatever language the user chose.
+    window.SetLanguage(ClTranslator::Srpski, ClTranslator::Latinica, false);
     window.resize(1200, 760);
     window.show();
     window.NewModel();

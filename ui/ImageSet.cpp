@@ -1,11 +1,14 @@
 // The images of grids, dialog buttons and toolbar commands, drawn in code.
 #include "ui/ImageSet.h"
 
+#include "dialog/ButtonIcons.h"
 #include "grid/GridImages.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
+#include <QStyle>
 
 #include <functional>
 #include <map>
@@ -134,7 +137,58 @@ QIcon ImageSet::Grid(int number) {
 }
 
 QIcon ImageSet::Button(int icon) {
-    return Grid(icon);
+    // The numbers of dialog/ButtonIcons.h.
+    static std::map<int, QIcon> cache;
+    if (auto it = cache.find(icon); it != cache.end())
+        return it->second;
+    const QStyle* style = QApplication::style();
+    QIcon result;
+    switch (icon) {
+    case ButtonIcon::Dodaj:
+    case ButtonIcon::Uvek:
+        result = Grid(GridImage::Uvek);
+        break;
+    case ButtonIcon::Brisi:
+    case ButtonIcon::Nikad:
+        result = Grid(GridImage::Nikad);
+        break;
+    case ButtonIcon::BrisiSve:
+        result = style->standardIcon(QStyle::SP_TrashIcon);
+        break;
+    case ButtonIcon::Gore:
+        result = style->standardIcon(QStyle::SP_ArrowUp);
+        break;
+    case ButtonIcon::Dole:
+        result = style->standardIcon(QStyle::SP_ArrowDown);
+        break;
+    case ButtonIcon::Sortiranje:
+        result = Draw(16, [](QPainter& p, int s) {
+            Glyph(p, s, QStringLiteral("\u21c5"), QColor(40, 80, 150));
+        });
+        break;
+    case ButtonIcon::Generisanje:
+        result = Draw(16, [](QPainter& p, int s) {
+            Glyph(p, s, QStringLiteral("\u03a3"), QColor(150, 40, 40));
+        });
+        break;
+    case ButtonIcon::Ucitavanje:
+        result = style->standardIcon(QStyle::SP_DialogOpenButton);
+        break;
+    case ButtonIcon::Snimanje:
+        result = style->standardIcon(QStyle::SP_DialogSaveButton);
+        break;
+    case ButtonIcon::Uvoz:
+        result = style->standardIcon(QStyle::SP_DirOpenIcon);
+        break;
+    case ButtonIcon::Naziv:
+        result = Draw(
+            16, [](QPainter& p, int s) { Glyph(p, s, QStringLiteral("A"), QColor(40, 40, 40)); });
+        break;
+    default:
+        break;
+    }
+    cache.emplace(icon, result);
+    return result;
 }
 
 QIcon ImageSet::Command(int icon) {

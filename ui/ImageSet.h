@@ -10,7 +10,7 @@ namespace ImageSet {
 QIcon Grid(int number);
 /// The icon of a toolbar command (CButtonST::h24Icon...); null when there is none.
 QIcon Command(int icon);
-/// The icon a dialog button shows beside its caption: the same numbers as the grid images.
+/// The icon a dialog button shows beside its caption (by the numbers of dialog/ButtonIcons.h).
 QIcon Button(int icon);
 
 } // namespace ImageSet
