@@ -6,6 +6,7 @@
 #include "Screenshots.h"
 #include "diag/Assert.h"
 #include "host/ModuleLoader.h"
+#include "host/ProcessSetUp.h"
 #include "text/Translator.h"
 #include "ui/QtText.h"
 
@@ -17,6 +18,7 @@
 #include <cstdlib>
 
 int main(int argc, char** argv) {
+    vhost::HeapInHugePages(argv);
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Vorta"));
     QApplication::setApplicationName(QStringLiteral("vorta"));
