@@ -2,32 +2,14 @@
 #include "Commands.h"
 
 #include "CliHost.h"
+#include "CommandSupport.h"
 #include "ModelReport.h"
+#include "ModelReportJson.h"
 #include "host/LoadsServices.h"
 
 #include <exception>
 
 namespace {
-
-const char* const kProgram = "vorta-cli: ";
-
-bool LoadModule(CCliHost& host, const CCommandOptions& options, std::ostream& err) {
-    std::string error;
-    if (host.LoadModule(options.module, error))
-        return true;
-    err << kProgram << "cannot load the loads module " << options.module << ": " << error << '\n';
-    return false;
-}
-
-/// One line on the error stream: the model file's own reason when it names the file already,
-/// else what failed, the file and the reason.
-void ReportFileError(std::ostream& err, const char* what, const std::filesystem::path& file,
-                     const std::string& reason) {
-    if (reason.find(file.string()) != std::string::npos)
-        err << kProgram << reason << '\n';
-    else
-        err << kProgram << what << ' ' << file << ": " << reason << '\n';
-}
 
 /// Reads the file into the host and prints its report.
 ExitCode Show(CCliHost& host, const CCommandOptions& options, std::ostream& out,
@@ -40,8 +22,12 @@ ExitCode Show(CCliHost& host, const CCommandOptions& options, std::ostream& out,
     if (options.teorija)
         CLoadsServices::SetTeorija(*options.teorija);
     try {
-        out << "Model file: " << options.file.string() << "\n\n";
-        PrintModel(out, host.Frame());
+        if (options.json) {
+            PrintModelJson(out, options.file.string(), host.Frame());
+        } else {
+            out << "Model file: " << options.file.string() << "\n\n";
+            PrintModel(out, host.Frame());
+        }
     } catch (const std::exception& e) {
         out.flush();
         err << kProgram << "the loads of " << options.file << " cannot be shown: " << e.what()

@@ -19,6 +19,8 @@ struct CCommandOptions {
     std::filesystem::path file;
     std::filesystem::path module;
     std::optional<int> teorija;
+    /// `show` prints JSON for scripts instead of text tables.
+    bool json = false;
 };
 
 /// Writes the example model to the file and shows it as `show` does.

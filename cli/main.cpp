@@ -1,6 +1,7 @@
 // vorta-cli: the headless host of the loads module. It loads the module at run time and
-// writes or shows model files.
+// builds, changes, shows and exchanges model files.
 #include "Commands.h"
+#include "Subcommands.h"
 #include "diag/Assert.h"
 #include "host/ModuleLoader.h"
 #include "host/ProcessSetUp.h"
@@ -15,7 +16,8 @@ int main(int argc, char** argv) {
     vhost::HeapInHugePages(argv);
     // A check of the program that fails must never look like success to a script.
     vdiag::SetFatalExitCode(static_cast<int>(ExitCode::Internal));
-    CLI::App app{"The headless host of the loads module: writes and shows model files."};
+    CLI::App app{"The headless host of the loads module: builds, changes, shows and exchanges the "
+                 "loads of model files."};
     app.name("vorta-cli");
     app.require_subcommand(1);
     // Options of the program may also follow the command: `vorta-cli show FILE --module PATH`.
@@ -24,8 +26,9 @@ int main(int argc, char** argv) {
         "The module is libopterecenje.so beside the program or in its ../lib directory; the\n"
         "environment variable VORTA_OPTERECENJE_MODULE or --module names another file.\n"
         "Exit codes: 0 done, 1 model file missing, unreadable, damaged or not writable,\n"
-        "2 bad arguments, 3 module not loadable, 4 a service of the module failed,\n"
-        "5 internal error (a check of the program failed; see vmerror.log).");
+        "2 bad arguments or input refused, 3 module not loadable, 4 a service of the module\n"
+        "failed, 5 internal error (a check of the program failed; see vmerror.log).\n"
+        "Every command has --help.");
 
     CCommandOptions options;
     std::string module = CModuleLoader::DefaultPath().string();
@@ -55,18 +58,27 @@ int main(int argc, char** argv) {
                          "The analysis theory: 1 superposes the results of the load cases; any "
                          "other value analyses every combination by itself")
             ->type_name("N");
+    std::string showFormat = "text";
+    show->add_option("--format", showFormat, "text (tables) or json (for scripts)")
+        ->check(CLI::IsMember({"text", "json"}))
+        ->capture_default_str();
+
+    const CModelCommandLine modelCommands(app, options);
 
     ExitCode result = ExitCode::Ok;
     try {
         app.parse(argc, argv);
         options.module = module;
-        if (demo->parsed()) {
+        if (modelCommands.Chosen()) {
+            result = modelCommands.Chosen()();
+        } else if (demo->parsed()) {
             options.file = demoFile;
             result = RunDemo(options, std::cout, std::cerr);
         } else {
             options.file = showFile;
             if (teorijaOption->count() > 0)
                 options.teorija = teorija;
+            options.json = showFormat == "json";
             result = RunShow(options, std::cout, std::cerr);
         }
     } catch (const CLI::ParseError& e) {

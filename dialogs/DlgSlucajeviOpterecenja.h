@@ -7,6 +7,7 @@
 // stay after the others. The editor works on a copy; OK writes it back in one undo step and
 // every ordinal that refers to a load case follows. Its SRSS button opens the SRSS editor.
 #include "dialog/DialogPresenter.h"
+#include "dialogs/EditoriResursi.h"
 #include "services/SlucajeviOpterecenja.h"
 
 #include <vector>
@@ -18,19 +19,8 @@ public:
     const std::vector<opterecenje::CSlucajListe>& Lista() const { return m_lista; }
 
     /// Grid columns.
-    enum Kolona : int {
-        kRedniBroj,
-        kNaziv,
-        kG,
-        kKoeficijent,
-        kSeizmicki,
-        kSeizmickiProracun,
-        kNDA,
-        kTonovi,
-        kUticajnaLinija,
-        kSRSS,
-        kBrojKolona
-    };
+    using Kolona = edres::KolonaSlucajeva;
+    using enum edres::KolonaSlucajeva;
 
 protected:
     void OnInitDialog() override;

@@ -52,6 +52,21 @@ enum : int {
     IDC_TORZIJA = 2089,
 };
 
+/// Columns of the grid of the load case list (1000).
+enum KolonaSlucajeva : int {
+    kRedniBroj,
+    kNaziv,
+    kG,
+    kKoeficijent,
+    kSeizmicki,
+    kSeizmickiProracun,
+    kNDA,
+    kTonovi,
+    kUticajnaLinija,
+    kSRSS,
+    kBrojKolona
+};
+
 /// Popup commands of the stability dialog's check cells.
 enum : int {
     ID_SLOPT_UKLJUCI_SVE = 1100,

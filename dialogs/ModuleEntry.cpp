@@ -9,6 +9,7 @@
 #include "model/ProveraModela.h"
 #include "services/ModuleServices.h"
 #include "services/Opterecenje.h"
+#include "services/Razmena.h"
 
 #include <string_view>
 
@@ -51,5 +52,6 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     CLoadsServices::ProveriUcitaniModel = &ProveriUcitaniModel;
     CLoadsServices::ZaboraviDokument = &opterecenje::ZaboraviDokument;
     CLoadsServices::UrediStabilnost = &opterecenje::UrediStabilnost;
+    opterecenje::PostaviRazmenu();
     return 1;
 }

@@ -19,6 +19,12 @@ public:
 
     /// Stores the combinations and takes a fresh snapshot of the model's load cases.
     void Set(const CKombOptItemArray& kombinacije);
+    /// Stores the combinations with a snapshot taken elsewhere (a stored set brought from
+    /// another file): the combinations name the snapshot's load cases by their ids.
+    void Postavi(const CKombOptItemArray& kombinacije, const CSlOptItemArray& slucajevi) {
+        m_arrKombinacije = kombinacije;
+        m_arrSlOpt = slucajevi;
+    }
 
     int ToFiller(CFiller& f) const override;
     int FromFiller(CFiller& f) override;

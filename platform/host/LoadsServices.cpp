@@ -16,4 +16,8 @@ void CLoadsServices::Reset() {
     ProveriUcitaniModel = nullptr;
     ZaboraviDokument = nullptr;
     UrediStabilnost = nullptr;
+    IzveziJson = nullptr;
+    IzveziCsv = nullptr;
+    UveziJson = nullptr;
+    UveziCsv = nullptr;
 }

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 class CObjBase;
@@ -63,6 +65,18 @@ public:
     /// Installs the host's handler of a change of the current load, which the module calls
     /// whenever the user picks a load in the results selector.
     static inline void (*PostaviChangeLoadCaseTo)(ChangeLoadCaseHandler handler) = nullptr;
+
+    /// The interchange of loads (docs/json-format.md): the loads of the current document as
+    /// the JSON description, or its combinations as a CSV table, appended to `text`.
+    static inline void (*IzveziJson)(std::string& text) = nullptr;
+    static inline void (*IzveziCsv)(std::string& text) = nullptr;
+    /// Makes the current document's loads those the JSON text describes, or replaces (or
+    /// extends) its combinations by those of the CSV table (`count` gets their number), in one
+    /// undo step. False with the reason, which names the line and column of the bad input, when
+    /// the text is refused; nothing is changed then.
+    static inline bool (*UveziJson)(std::string_view text, CString& error) = nullptr;
+    static inline bool (*UveziCsv)(std::string_view text, bool replace, int& count,
+                                   CString& error) = nullptr;
 
     /// Empties every pointer (when the module is unloaded).
     static void Reset();
