@@ -3,6 +3,7 @@
 # domain's words need are put back first; formats, abbreviations and Roman numerals stay Latin.
 
 # Keep: formats, names and abbreviations written in Latin letters in Cyrillic texts too.
+s/%lld/%@15@/g
 s/%s/%@1@/g
 s/%d/%@2@/g
 s/\bOK\b/@3@/g
@@ -79,3 +80,4 @@ s/@4@/Cancel/g
 s/@3@/OK/g
 s/%@2@/%d/g
 s/%@1@/%s/g
+s/%@15@/%lld/g
