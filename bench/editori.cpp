@@ -22,6 +22,7 @@
 #include "host/Model.h"
 #include "host/ModelFile.h"
 #include "host/OptionInfo.h"
+#include "host/ProcessSetUp.h"
 #include "host/VortaUtils.h"
 #include "model/StabilnostParams.h"
 #include "services/Opterecenje.h"
@@ -208,8 +209,11 @@ void Registruj(const char* ime, const std::string& akcija, const std::string& me
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 4 && std::strcmp(argv[1], "--akcija") == 0)
+    if (argc == 4 && std::strcmp(argv[1], "--akcija") == 0) {
+        // As every host of the project starts.
+        vhost::HeapInHugePages(argv);
         return Akcija(argv[2], argv[3]);
+    }
     Registruj("BM_LoadCaseEditorOpen", "slucajevi", "otvori");
     Registruj("BM_LoadCaseEditorMove", "slucajevi", "pomeri");
     Registruj("BM_LoadCaseEditorOk", "slucajevi", "ok");

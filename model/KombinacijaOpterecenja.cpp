@@ -252,9 +252,39 @@ int CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId slOpt) {
     return static_cast<int>(zaBrisanje.size());
 }
 
-void CKombinacijaOpterecenja::ObnoviGenerickeNazive() {
+void CKombinacijaOpterecenja::ObnoviGenerickeNazive(const std::vector<CId>& slucajevi) {
+    // Marks of the renumbered load cases by id (store ids are small positive numbers).
+    std::vector<bool> oznaceni;
+    for (const CId& id : slucajevi) {
+        if (!id.Valid())
+            continue;
+        if (static_cast<size_t>(id.GetValue()) >= oznaceni.size())
+            oznaceni.resize(static_cast<size_t>(id.GetValue()) + 1, false);
+        oznaceni[static_cast<size_t>(id.GetValue())] = true;
+    }
+    auto sadrzi = [&](const CKombOptItem& item) {
+        for (int i = 0; i < item.GetBrojOsnOpt(); ++i) {
+            double koef = 0.0;
+            CId id;
+            item.GetOsnOptByIndex(i, koef, id);
+            if (id.Valid() && static_cast<size_t>(id.GetValue()) < oznaceni.size() &&
+                oznaceni[static_cast<size_t>(id.GetValue())])
+                return true;
+        }
+        return false;
+    };
+
     CBaseManager bm;
     CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
-    PrenumerisiIPreimenuj(bm, [](const CId&, int) { return 0; });
+    const CRedniBrojeviSlOpt redniBrojevi = RedniBrojeviSlOpt(bm);
+    CString naziv;
+    bm.Select(Type);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
+        const CKombinacijaOpterecenja& stara = *Kombinacija(bm, id);
+        // Only a generated name, or one an SRSS item may take, can change.
+        const CKombOptItem& item = stara.Item();
+        if ((item.IsGenericName() || item.GetId().Valid()) && sadrzi(item))
+            Obnovi(bm, id, stara, 0, redniBrojevi, naziv);
+    }
     bm.Close();
 }

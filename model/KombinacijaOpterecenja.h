@@ -4,6 +4,8 @@
 #include "model/KombOptItem.h"
 #include "objbase/BaseManager.h"
 
+#include <vector>
+
 /// Record: the base record, int32 version = 1, the item record.
 class CKombinacijaOpterecenja
     : public CPooledObj<CKombinacijaOpterecenja, CBaseManager::KombinacijaOpterecenjaType> {
@@ -28,10 +30,10 @@ public:
     /// Deletes every combination that contains the load case, renumbers the rest; returns
     /// how many were deleted.
     static int BrisiIzBazeSveKombOptKojeSadrzeSlOpt(CId slOpt);
-    /// Rebuilds the generated names of every combination from the load cases' ordinals, after
-    /// load cases were renumbered; combinations whose names stay are left untouched. Opens the
-    /// store for writing, so it joins a step in progress.
-    static void ObnoviGenerickeNazive();
+    /// Rebuilds the generated names of the combinations that contain any of the load cases,
+    /// after those were renumbered; combinations whose names stay are left untouched. Opens
+    /// the store for writing, so it joins a step in progress.
+    static void ObnoviGenerickeNazive(const std::vector<CId>& slucajevi);
 
 private:
     CKombOptItem m_Item;

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 
 namespace opterecenje {
 
@@ -140,8 +141,10 @@ int PreslikajAnvelope(CBaseManager& bm, const std::vector<int>& novi, bool bPisi
 
     int nObrisano = 0;
     int broj = 0;
-    // One buffer of flags over the whole scale serves every envelope.
+    // Buffers of flags over the old and the new scale serve every envelope.
+    const int nNovo = *std::max_element(novi.begin(), novi.end());
     CArray<int> flags;
+    std::vector<char> noviFlags(static_cast<size_t>(std::max(nNovo, 0)) + 1, 0);
     std::vector<int> stari;
     std::vector<int> preslikani;
     for (const auto& [stariBroj, id] : PoBroju(bm)) {
@@ -155,9 +158,12 @@ int PreslikajAnvelope(CBaseManager& bm, const std::vector<int>& novi, bool bPisi
                 continue;
             stari.push_back(g);
             if (const int n = novi[static_cast<size_t>(g - 1)]; n > 0)
-                preslikani.push_back(n);
+                noviFlags[static_cast<size_t>(n)] = 1;
         }
-        std::sort(preslikani.begin(), preslikani.end());
+        // The new ordinals in ascending order.
+        for (int n = 1; n <= nNovo; ++n)
+            if (std::exchange(noviFlags[static_cast<size_t>(n)], 0) != 0)
+                preslikani.push_back(n);
         bOstaje = bOstaje && (stari.empty() || !preslikani.empty());
         if (!bOstaje) {
             ++nObrisano;

@@ -316,7 +316,7 @@ bool PrimeniSlucajeveOpterecenja(const std::vector<CSlucajListe>& lista,
     // The new numbering of load cases and, after the cascades, of combinations.
     std::vector<int> noviSl(static_cast<size_t>(s.nSlOpt), 0);
     int nNovoSl = 0;
-    bool bPrenumerisani = false;
+    std::vector<CId> prenumerisani;
     for (size_t i = 0; i < lista.size(); ++i) {
         if (brisani.contains(lista[i].id))
             continue;
@@ -324,7 +324,8 @@ bool PrimeniSlucajeveOpterecenja(const std::vector<CSlucajListe>& lista,
         if (const auto it = s.redniBrojSlucaja.find(lista[i].id); it != s.redniBrojSlucaja.end()) {
             if (it->second >= 1 && it->second <= s.nSlOpt)
                 noviSl[static_cast<size_t>(it->second - 1)] = nNovoSl;
-            bPrenumerisani = bPrenumerisani || it->second != nNovoSl;
+            if (it->second != nNovoSl)
+                prenumerisani.push_back(lista[i].id);
         }
     }
     // The combinations keep their ordinals unless a cascade deleted some.
@@ -362,8 +363,9 @@ bool PrimeniSlucajeveOpterecenja(const std::vector<CSlucajListe>& lista,
     }
 
     PreslikajAnvelope(bm, novi, true);
-    if (bPrenumerisani)
-        CKombinacijaOpterecenja::ObnoviGenerickeNazive();
+    // Generated names show the load cases' ordinals.
+    if (!prenumerisani.empty())
+        CKombinacijaOpterecenja::ObnoviGenerickeNazive(prenumerisani);
     PreslikajTonove(noviSl);
 
     bm.UnfreezeUndoCounter();
