@@ -60,7 +60,7 @@ bool ZnakBroja(char c) {
 }
 
 bool KljucParova(const std::string& kljuc) {
-    return kljuc == "coefficients" || kljuc == "srss";
+    return kljuc == "coefficients" || kljuc == "srss" || kljuc == "fixed";
 }
 
 /// The library's account of a syntax error without the bytes it last read, which may span

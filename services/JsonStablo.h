@@ -3,8 +3,8 @@
 // whoever checks the values can say where a bad one is. The JSON library reads the text; the
 // tree is built from its events.
 //
-// Arrays of pairs under the keys "coefficients" and "srss" ([[load case, number], ...]), the
-// bulk of a model's description, are not made into values: their pairs go into one list that
+// Arrays of pairs under the keys "coefficients", "srss" and "fixed" ([[load case, number], ...]),
+// the bulk of a model's description, are not made into values: their pairs go into one list that
 // the tree keeps, the load case given as a number or as a name.
 #include "framework/String.h"
 

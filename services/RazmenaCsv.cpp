@@ -74,8 +74,8 @@ public:
                 ++m_p;
                 for (;;) {
                     if (m_p >= m_tekst.size()) {
-                        m_greska = CString::Formatted(
-                            T(L"line %d: a quoted field is not closed").c_str(), pocetniRed);
+                        m_greska = NaPolju(pocetniRed, static_cast<int>(polja.size()) + 1,
+                                           T(L"a quoted field is not closed"));
                         return false;
                     }
                     const char c = m_tekst[m_p++];
@@ -356,10 +356,12 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
             }
         }
         if (!nenulti) {
-            greska = CString::Formatted(T(L"line %d: a combination needs a coefficient other than "
-                                          L"zero")
-                                            .c_str(),
-                                        red);
+            // Named at the row's first load case, where a coefficient would go.
+            size_t prva = 0;
+            while (prva < kolone.size() && kolone[prva].vrsta != EKolona::Slucaj)
+                ++prva;
+            greska = NaPolju(red, static_cast<int>(prva) + 1,
+                             T(L"a combination needs a coefficient other than zero"));
             return false;
         }
         k.broj = static_cast<uint32_t>(kombinacije.clanovi.size()) - k.prvi;

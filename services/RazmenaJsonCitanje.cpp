@@ -71,6 +71,8 @@ private:
                      CKombinacijeOpisa& kombinacije);
     bool Anvelope(const CCvor& niz);
     bool Skladiste(const CCvor& c);
+    bool Stabilnost(const CCvor& c);
+    bool UStabilnosti(int32_t indeks) const;
 
     std::string_view m_tekst;
     const CStabloJson& m_stablo;
@@ -462,19 +464,106 @@ bool CCitacOpisa::Skladiste(const CCvor& c) {
     return true;
 }
 
+/// A load case may take part in a stability analysis unless it is seismic, an SRSS case, NDA
+/// or an influence-line case.
+bool CCitacOpisa::UStabilnosti(int32_t indeks) const {
+    const CSlucajOpisa& s = m_opis.slucajevi[static_cast<size_t>(indeks)];
+    return s.seizmicki == 0 && s.srss.empty() && s.nda == 0 && s.uticaj == UL_NIJEDNA;
+}
+
+bool CCitacOpisa::Stabilnost(const CCvor& c) {
+    if (!Objekat(c, L"\"stability\"") ||
+        !Poznati(c, {"search_range", "accuracy", "beam_torsion_off", "fixed", "combinations"},
+                 L"\"stability\""))
+        return false;
+    CStabilnostOpisa st;
+    if (!Broj(c, "search_range", st.opseg) || !Broj(c, "accuracy", st.tacnost) ||
+        !Logicka(c, "beam_torsion_off", st.iskljucTorziju))
+        return false;
+    // The ranges of the stability dialog's edits.
+    if (!(st.opseg >= 1.0 && st.opseg <= 5000.0))
+        return Odbij(c.Clan("search_range")->poz, T(L"\"search_range\" must be from 1 to 5000"));
+    if (!(st.tacnost >= 0.001 && st.tacnost <= 1.0))
+        return Odbij(c.Clan("accuracy")->poz, T(L"\"accuracy\" must be from 0.001 to 1"));
+    const int n = static_cast<int>(m_opis.slucajevi.size());
+    bool ima = false;
+    if (!Parovi(c, "fixed", m_imenik, n, st.fiksni, ima))
+        return false;
+    std::vector<bool> fiksan(static_cast<size_t>(n));
+    for (size_t e = 0; e < st.fiksni.size(); ++e) {
+        const CClan& clan = st.fiksni[e];
+        const size_t poz = m_stablo.Parovi()[c.Clan("fixed")->prvi + e].poz;
+        if (!UStabilnosti(clan.indeks))
+            return Odbij(poz, CString::Formatted(T(L"load case %d takes no part in a stability "
+                                                   L"analysis (it is seismic, SRSS, NDA or an "
+                                                   L"influence-line case)")
+                                                     .c_str(),
+                                                 clan.indeks + 1));
+        if (!std::isfinite(clan.koef))
+            return Odbij(poz, T(L"a fixed load case needs a finite coefficient"));
+        fiksan[static_cast<size_t>(clan.indeks)] = true;
+    }
+    bool ok = true;
+    const CCvor* izabrane = Niz(c, "combinations", ok);
+    if (!ok)
+        return false;
+    if (izabrane == nullptr || izabrane->deca.empty())
+        return Odbij(izabrane != nullptr ? izabrane->poz : c.poz,
+                     T(L"a stability analysis needs at least one combination in "
+                       L"\"combinations\""));
+    const int m = static_cast<int>(m_opis.kombinacije.lista.size());
+    std::vector<bool> izabrana(static_cast<size_t>(m));
+    for (const CCvor& e : izabrane->deca) {
+        if (e.vrsta != CCvor::Vrsta::Broj || !e.ceo || e.i < 1 || e.i > m)
+            return Odbij(e.poz, CString::Formatted(T(L"a combination is given by its number, 1 "
+                                                     L"to %d")
+                                                       .c_str(),
+                                                   m));
+        const auto j = static_cast<int32_t>(e.i - 1);
+        if (izabrana[static_cast<size_t>(j)])
+            return Odbij(e.poz, T(L"the combination is named twice"));
+        izabrana[static_cast<size_t>(j)] = true;
+        // As the stability dialog offers and accepts combinations: none with a load case that
+        // takes no part, and at least one load case multiplied by the critical multiplier.
+        const CKombinacijaOpisa& k = m_opis.kombinacije.lista[static_cast<size_t>(j)];
+        const CClan* clanovi = m_opis.kombinacije.Clanovi(k);
+        bool promenljiv = false;
+        for (uint32_t i = 0; i < k.broj; ++i) {
+            if (CToler::Jednaki(clanovi[i].koef, 0.0))
+                continue;
+            if (!UStabilnosti(clanovi[i].indeks))
+                return Odbij(e.poz, CString::Formatted(T(L"combination %d takes no part in a "
+                                                         L"stability analysis: it holds load "
+                                                         L"case %d")
+                                                           .c_str(),
+                                                       j + 1, clanovi[i].indeks + 1));
+            promenljiv = promenljiv || !fiksan[static_cast<size_t>(clanovi[i].indeks)];
+        }
+        if (!promenljiv)
+            return Odbij(e.poz, CString::Formatted(T(L"combination %d needs a load case that is "
+                                                     L"not fixed")
+                                                       .c_str(),
+                                                   j + 1));
+        st.izabrane.push_back(j);
+    }
+    m_opis.stabilnost = std::move(st);
+    return true;
+}
+
 bool CCitacOpisa::Citaj() {
     const CCvor& koren = m_stablo.Koren();
     if (!Objekat(koren, L"the description") ||
         !Poznati(koren,
-                 {"format", "version", "load_cases", "combinations", "envelopes", "stored_set"},
+                 {"format", "version", "load_cases", "combinations", "envelopes", "stored_set",
+                  "stability"},
                  L"the description"))
         return false;
     if (const CCvor* f = koren.Clan("format");
         f != nullptr && (f->vrsta != CCvor::Vrsta::Tekst || f->s != "vorta-loads"))
         return Odbij(f->poz, T(L"\"format\" must be \"vorta-loads\""));
-    int verzija = 1;
-    if (!Ceo(koren, "version", verzija, 1, 1))
-        return false;
+    if (const CCvor* v = koren.Clan("version");
+        v != nullptr && (v->vrsta != CCvor::Vrsta::Broj || !v->ceo || v->i != 1))
+        return Odbij(v->poz, T(L"this program reads \"version\" 1 of the description"));
     bool ok = true;
     if (const CCvor* slucajevi = Niz(koren, "load_cases", ok); slucajevi && !Slucajevi(*slucajevi))
         return false;
@@ -493,6 +582,10 @@ bool CCitacOpisa::Citaj() {
         return false;
     if (const CCvor* skladiste = koren.Clan("stored_set");
         skladiste != nullptr && skladiste->vrsta != CCvor::Vrsta::Null && !Skladiste(*skladiste))
+        return false;
+    if (const CCvor* stabilnost = koren.Clan("stability");
+        stabilnost != nullptr && stabilnost->vrsta != CCvor::Vrsta::Null &&
+        !Stabilnost(*stabilnost))
         return false;
     return true;
 }

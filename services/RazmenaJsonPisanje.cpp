@@ -1,5 +1,6 @@
 // Writing the JSON description of a model's loads: load cases one member per line, every
-// combination, envelope and stored combination on a line of its own. Numbers are written in
+// combination, envelope and stored combination on a line of its own, the stability parameters
+// last. Numbers are written in
 // their shortest form that reads back to the same double.
 #include "services/RazmenaPisanje.h"
 #include "services/RazmenaTekst.h"
@@ -167,6 +168,20 @@ void NapisiJson(const COpis& opis, std::string& t) {
         t += "    \"combinations\": ";
         Kombinacije(t, opis.skladiste->kombinacije, "      ");
         t += "\n  }";
+    }
+    if (opis.stabilnost) {
+        const CStabilnostOpisa& s = *opis.stabilnost;
+        t += ",\n  \"stability\": {\"search_range\": ";
+        DodajBroj(t, s.opseg, "null");
+        t += ", \"accuracy\": ";
+        DodajBroj(t, s.tacnost, "null");
+        t += ", \"beam_torsion_off\": ";
+        t += Logicka(s.iskljucTorziju);
+        t += ",\n    \"fixed\": ";
+        Clanovi(t, s.fiksni.data(), s.fiksni.size());
+        t += ",\n    \"combinations\": ";
+        Mesta(t, s.izabrane);
+        t += "}";
     }
     t += "\n}\n";
 }

@@ -294,6 +294,7 @@ COpis ProcitajModel() {
     const auto skladista = Procitaj<CSkladiste>(bm, CSkladiste::Type);
     if (!skladista.empty())
         opis.skladiste = OpisSkladista(*skladista.front());
+    opis.stabilnost = ProcitajStabilnost(bm);
     bm.Close();
     return opis;
 }
@@ -343,6 +344,7 @@ void UpisiModel(const COpis& opis) {
     PrimeniAnvelope(anvelope);
     if (opis.skladiste)
         UmetniSkladiste(bm, *opis.skladiste);
+    UpisiStabilnost(bm, opis.stabilnost);
     bm.Close();
     COpterecenjeApp::UpdateCombo(-1);
 }

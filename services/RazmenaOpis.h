@@ -1,14 +1,17 @@
 #pragma once
 // A model's loads as the interchange formats describe them (docs/json-format.md): load cases
-// with every value a user sets, combinations, envelopes, and the stored combination set. Loads name
-// each other by their place in the description, so a description holds no ids of the store; reading
-// one from the store and writing one into it is all the formats need of the model.
+// with every value a user sets, combinations, envelopes, the stored combination set and the
+// stability parameters. Loads name each other by their place in the description, so a
+// description holds no ids of the store; reading one from the store and writing one into it is
+// all the formats need of the model.
 #include "framework/String.h"
 #include "model/SlucajOpterecenja.h"
 
 #include <cstdint>
 #include <optional>
 #include <vector>
+
+class CBaseManager;
 
 namespace opterecenje::razmena {
 
@@ -71,11 +74,23 @@ struct CSkladisteOpisa {
     CKombinacijeOpisa kombinacije;
 };
 
+/// What a user sets in the stability dialog: the load cases that keep a fixed coefficient
+/// (the others are multiplied by the critical multiplier), the combinations analysed, the
+/// search range and accuracy of the multiplier and the beam torsion switch.
+struct CStabilnostOpisa {
+    double opseg = 1000.0;
+    double tacnost = 0.1;
+    int iskljucTorziju = 0;
+    std::vector<CClan> fiksni;
+    std::vector<int32_t> izabrane; // places of the combinations, from 0
+};
+
 struct COpis {
     std::vector<CSlucajOpisa> slucajevi;
     CKombinacijeOpisa kombinacije;
     std::vector<CAnvelopaOpisa> anvelope;
     std::optional<CSkladisteOpisa> skladiste;
+    std::optional<CStabilnostOpisa> stabilnost;
 };
 
 /// The loads of the current document.
@@ -85,9 +100,18 @@ std::vector<CSlucajOpisa> ProcitajSlucajeve();
 
 /// Makes the current document's loads those of the description, in one undo step: load cases
 /// of the same name keep their identity (and the host's individual loads with it), the others
-/// are added or deleted as the load case list editor does it; combinations, envelopes and the
-/// stored set are replaced. The description must be valid (the readers check it).
+/// are added or deleted as the load case list editor does it; combinations, envelopes, the
+/// stored set and the stability parameters are replaced. The description must be valid (the readers
+/// check it).
 void UpisiModel(const COpis& opis);
+
+/// The stability parameters of the model object, when it has some that were built for the
+/// document's loads as they are.
+std::optional<CStabilnostOpisa> ProcitajStabilnost(CBaseManager& bm);
+/// Gives the model object the stability parameters as the stability dialog leaves them when a
+/// user sets these values (none for nullopt); bm is a view open for writing, whose undo step
+/// the change joins. The description must be valid for the document's loads.
+void UpisiStabilnost(CBaseManager& bm, const std::optional<CStabilnostOpisa>& opis);
 
 /// Replaces the document's combinations by these, or appends them after the existing ones,
 /// in one undo step. Members name the document's load cases by their ordinal - 1.

@@ -122,8 +122,22 @@ TEST(VortaCliInterchange, RefusedInputIsNamedByLineAndColumnAndLeavesTheModelAsI
          "line 1, column 40: \"modes\" must be a whole number from 0 to 999"},
         {"bad.json", R"({"load_cases": [{"name": "A", "coefficient": 1e400}]})", "",
          "line 1, column 46: the number 1e400 is out of range"},
+        {"bad.json",
+         R"({"load_cases": [{"name": "A", "seismic": true}, {"name": "B"}], "combinations": )"
+         R"([{"coefficients": [[1, 1], [2, 1]]}], "stability": {"combinations": [1]}})",
+         "",
+         "line 1, column 150: combination 1 takes no part in a stability analysis: it holds "
+         "load case 1"},
+        {"bad.json",
+         R"({"load_cases": [{"name": "A"}], "combinations": [{"coefficients": [[1, 1]]}], )"
+         R"("stability": {"accuracy": 2, "combinations": [1]}})",
+         "", "line 1, column 105: \"accuracy\" must be from 0.001 to 1"},
         {"bad.csv", "No.,Name,1. G,2. Q\r\n1,K,1.35,\"1,5\"\r\n", " --combinations --replace",
          "line 2, column 4 (D): a coefficient is written with '.' as the decimal separator"},
+        {"bad.csv", "Name,1. G,2. Q\r\nK,1,\"1.5\r\n", " --combinations --replace",
+         "line 2, column 3 (C): a quoted field is not closed"},
+        {"bad.csv", "Name,1. G,2. Q\r\nK,0,\r\n", " --combinations --replace",
+         "line 2, column 2 (B): a combination needs a coefficient other than zero"},
         {"bad.csv", "Name,1. G,9. Vetar\r\n", " --combinations --replace",
          "line 1, column 3 (C): \"9. Vetar\" names no load case of the model (they are numbered "
          "1 to 7)"},

@@ -5,8 +5,10 @@
 #include "RecordingHost.h"
 
 #include "host/ModelFile.h"
+#include "model/StabilnostParams.h"
 #include "services/Anvelope.h"
 #include "services/Razmena.h"
+#include "stream/Filler.h"
 
 #include <gtest/gtest.h>
 
@@ -24,6 +26,17 @@ protected:
         AddEnvelope(1, L"1-4", L"Sve");
     }
     std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
+    /// The stability parameters of the model object's record.
+    CStabilnostParams Stabilnost() const {
+        const CId id = m_base->Ids(CBaseManager::ModelType).front();
+        CStabilnostParams params;
+        CFiller f;
+        f.SetBuffer(dynamic_cast<const CModel&>(*m_base->Find(id)).GetStabilnost());
+        f.Open(CFiller::Mode::Read);
+        params.FromFiller(f);
+        EXPECT_FALSE(f.IsError());
+        return params;
+    }
     CId m_s1;
     CId m_s2;
 };
@@ -83,4 +96,55 @@ TEST_F(RazmenaTest, ACsvTableReplacesOrExtendsTheCombinations) {
     opterecenje::IzveziCsv(csv);
     EXPECT_EQ(csv, "No.,Name,Generated,1. S1,2. S2\r\n1,K3,no,,-1\r\n2,\"Pola, \"\"S1\"\"\",no,0.5,"
                    "\r\n");
+}
+
+TEST_F(RazmenaTest, StabilityParametersGoIntoTheModelRecordAndComeBackWhileTheyFitTheLoads) {
+    const std::vector<uint8_t> pre = Bajtovi();
+    CString greska;
+    const char* const opis = R"({"load_cases": [{"name": "S1"}, {"name": "S2"},
+        {"name": "E", "seismic": true}],
+      "combinations": [{"coefficients": [[1, 1.35], [2, 1.5]]}, {"coefficients": [[2, 1]]},
+        {"coefficients": [[1, 1], [3, 1]]}],
+      "stability": {"search_range": 2500, "accuracy": 0.01, "fixed": [["S1", 1.35]],
+        "combinations": [1, 2]}})";
+    ASSERT_TRUE(opterecenje::UveziJson(opis, greska)) << greska.ToUtf8();
+
+    // The record is the stability dialog's: S1 fixed, the seismic case offered to nothing,
+    // the two combinations chosen, the third not offered, and their distinct pairs of units.
+    const CStabilnostParams params = Stabilnost();
+    EXPECT_EQ(params.GetOpsegZaDelta(), 2500.0);
+    EXPECT_EQ(params.GetTacnostZaDelta(), 0.01);
+    ASSERT_EQ(params.BrojSloptItema(), 3);
+    EXPECT_TRUE(params.GetSloptItem(0).IsFiksan());
+    EXPECT_EQ(params.GetSloptItem(0).GetFaktor(), 1.35);
+    EXPECT_FALSE(params.GetSloptItem(1).IsFiksan());
+    EXPECT_FALSE(params.GetSloptItem(2).IsDozvoljen());
+    ASSERT_EQ(params.BrojKombItema(), 3);
+    EXPECT_EQ(params.BrojIzabranihKombItema(), 2);
+    EXPECT_FALSE(params.GetKombItem(2).IsOdobren());
+    EXPECT_EQ(params.GetBrojRazlicitihKombinacijaStabilnosti(), 2);
+
+    std::string json;
+    opterecenje::IzveziJson(json);
+    EXPECT_NE(json.find("\"stability\": {\"search_range\": 2500, \"accuracy\": 0.01, "
+                        "\"beam_torsion_off\": false,\n    \"fixed\": [[1, 1.35]],\n    "
+                        "\"combinations\": [1, 2]}"),
+              std::string::npos)
+        << json;
+
+    // Other combinations make the parameters those of other loads: they are not exported.
+    int n = 0;
+    ASSERT_TRUE(opterecenje::UveziCsv("Name,S1\r\nK,1\r\n", false, n, greska));
+    json.clear();
+    opterecenje::IzveziJson(json);
+    EXPECT_EQ(json.find("\"stability\""), std::string::npos);
+
+    // A description without them leaves the model without them; undo brings back each step.
+    ASSERT_TRUE(opterecenje::UveziJson(R"({"load_cases": [{"name": "S1"}]})", greska));
+    const CId model = m_base->Ids(CBaseManager::ModelType).front();
+    EXPECT_TRUE(dynamic_cast<const CModel&>(*m_base->Find(model)).GetStabilnost().empty());
+    ASSERT_TRUE(m_base->Undo());
+    ASSERT_TRUE(m_base->Undo());
+    ASSERT_TRUE(m_base->Undo());
+    EXPECT_EQ(Bajtovi(), pre);
 }
