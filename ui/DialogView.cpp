@@ -21,10 +21,10 @@ CQtDialogView::CQtDialogView(CDialogModel& dialog, QWidget* parent)
     setFixedSize(tmpl.width, tmpl.height);
     setObjectName(QStringLiteral("dialog%1").arg(tmpl.id));
     for (int i = 0; i < m_dialog.GetControlCount(); ++i)
-        m_widgets.push_back(MakeWidget(m_dialog.GetControlAt(i).spec));
+        m_widgets.push_back(MakeWidget(m_dialog.GetControlAt(i).resource));
     // Frames go under the controls they group.
     for (int i = 0; i < m_dialog.GetControlCount(); ++i)
-        if (m_dialog.GetControlAt(i).spec.kind == EControlKind::Frame)
+        if (m_dialog.GetControlAt(i).resource.kind == EControlKind::Frame)
             m_widgets[static_cast<size_t>(i)]->lower();
     MakeGrids();
     RefreshAll();
@@ -37,7 +37,7 @@ CQtDialogView::~CQtDialogView() {
 
 QWidget* CQtDialogView::Widget(int id) const {
     for (int i = 0; i < m_dialog.GetControlCount(); ++i)
-        if (m_dialog.GetControlAt(i).spec.id == id)
+        if (m_dialog.GetControlAt(i).resource.id == id)
             return m_widgets[static_cast<size_t>(i)];
     return nullptr;
 }
@@ -52,14 +52,14 @@ void CQtDialogView::SyncGrids() {
         view->Sync();
 }
 
-QWidget* CQtDialogView::MakeWidget(const CControlSpec& spec) {
+QWidget* CQtDialogView::MakeWidget(const CControlSpec& resource) {
     QWidget* widget = nullptr;
-    const int id = spec.id;
-    switch (spec.kind) {
+    const int id = resource.id;
+    switch (resource.kind) {
     case EControlKind::Button: {
         auto* button = new QPushButton(this);
         button->setAutoDefault(false);
-        button->setDefault(spec.isDefault);
+        button->setDefault(resource.isDefault);
         connect(button, &QPushButton::clicked, this, [this, id] { m_dialog.UserClick(id); });
         widget = button;
         break;
@@ -100,13 +100,13 @@ QWidget* CQtDialogView::MakeWidget(const CControlSpec& spec) {
         break;
     case EControlKind::Static: {
         auto* label = new QLabel(this);
-        label->setWordWrap(spec.height >= 2 * CGridModel::kDefaultRowHeight);
+        label->setWordWrap(resource.height >= 2 * CGridModel::kDefaultRowHeight);
         label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         widget = label;
         break;
     }
     }
-    widget->setGeometry(spec.x, spec.y, spec.width, spec.height);
+    widget->setGeometry(resource.x, resource.y, resource.width, resource.height);
     if (id != CDialogModel::kStaticId)
         widget->setObjectName(QStringLiteral("control%1").arg(id));
     return widget;
@@ -118,10 +118,10 @@ void CQtDialogView::Refresh(int index) {
     const QSignalBlocker blocker(widget);
     const QString text = ToQ(control.text);
     // A placeholder that carries a grid stays hidden: the grid is drawn in its place.
-    const bool hasGrid = control.spec.id > 0 && m_dialog.HasGrid(control.spec.id);
+    const bool hasGrid = control.resource.id > 0 && m_dialog.HasGrid(control.resource.id);
     widget->setVisible(control.visible && !hasGrid);
     widget->setEnabled(control.enabled);
-    switch (control.spec.kind) {
+    switch (control.resource.kind) {
     case EControlKind::Button: {
         auto* button = static_cast<QPushButton*>(widget);
         button->setText(text);
@@ -139,7 +139,8 @@ void CQtDialogView::Refresh(int index) {
         auto* edit = static_cast<QLineEdit*>(widget);
         if (edit->text() != text)
             edit->setText(text);
-        if (control.spec.kind == EControlKind::NumberEdit && control.maxValue > control.minValue) {
+        if (control.resource.kind == EControlKind::NumberEdit &&
+            control.maxValue > control.minValue) {
             auto* validator =
                 qobject_cast<QDoubleValidator*>(const_cast<QValidator*>(edit->validator()));
             if (validator == nullptr) {
@@ -218,7 +219,7 @@ void CQtDialogView::ControlChanged(int id) {
         }
     }
     for (int i = 0; i < m_dialog.GetControlCount(); ++i)
-        if (m_dialog.GetControlAt(i).spec.id == id)
+        if (m_dialog.GetControlAt(i).resource.id == id)
             Refresh(i);
 }
 
@@ -240,8 +241,8 @@ void CQtDialogView::reject() {
 void CQtDialogView::accept() {
     for (int i = 0; i < m_dialog.GetControlCount(); ++i) {
         const CDialogControl& control = m_dialog.GetControlAt(i);
-        if (control.spec.kind == EControlKind::Button && control.spec.isDefault) {
-            m_dialog.UserClick(control.spec.id);
+        if (control.resource.kind == EControlKind::Button && control.resource.isDefault) {
+            m_dialog.UserClick(control.resource.id);
             return;
         }
     }

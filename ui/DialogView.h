@@ -38,7 +38,7 @@ public:
     void accept() override;
 
 private:
-    QWidget* MakeWidget(const CControlSpec& spec);
+    QWidget* MakeWidget(const CControlSpec& resource);
     void Refresh(int index);
     void RefreshAll();
     void MakeGrids();

@@ -40,12 +40,12 @@ CString FormatFixed(double value, int decimals) {
 CDialogModel::CDialogModel(CDialogTemplate tmpl) : m_tmpl(std::move(tmpl)) {
     m_strCaption = m_tmpl.caption;
     m_controls.reserve(m_tmpl.controls.size());
-    for (const CControlSpec& spec : m_tmpl.controls) {
+    for (const CControlSpec& resource : m_tmpl.controls) {
         CDialogControl control;
-        control.spec = spec;
-        control.text = spec.text;
-        control.enabled = spec.enabled;
-        control.visible = spec.visible;
+        control.resource = resource;
+        control.text = resource.text;
+        control.enabled = resource.enabled;
+        control.visible = resource.visible;
         m_controls.push_back(std::move(control));
     }
 }
@@ -85,7 +85,7 @@ CDialogControl* CDialogModel::Find(int id) {
     if (id == kStaticId)
         return nullptr;
     const auto it = std::find_if(m_controls.begin(), m_controls.end(),
-                                 [id](const CDialogControl& c) { return c.spec.id == id; });
+                                 [id](const CDialogControl& c) { return c.resource.id == id; });
     return it == m_controls.end() ? nullptr : &*it;
 }
 
@@ -151,7 +151,7 @@ int CDialogModel::AddString(int id, const CString& text) {
 void CDialogModel::SetCurSel(int id, int index) {
     CDialogControl& control = Control(id);
     control.curSel = index >= 0 && index < static_cast<int>(control.items.size()) ? index : -1;
-    if (control.spec.kind == EControlKind::ComboBox)
+    if (control.resource.kind == EControlKind::ComboBox)
         control.text =
             control.curSel >= 0 ? control.items[static_cast<size_t>(control.curSel)] : CString();
     Notify(id);
@@ -183,7 +183,7 @@ std::optional<double> CDialogModel::GetValue(int id) const {
     const std::optional<double> value = ParseNumber(control.text);
     if (!value)
         return std::nullopt;
-    if (control.spec.kind == EControlKind::NumberEdit &&
+    if (control.resource.kind == EControlKind::NumberEdit &&
         (*value < control.minValue || *value > control.maxValue))
         return std::nullopt;
     return value;
@@ -191,10 +191,10 @@ std::optional<double> CDialogModel::GetValue(int id) const {
 
 bool CDialogModel::ValidateNumberEdits() {
     for (const CDialogControl& control : m_controls) {
-        if (control.spec.kind != EControlKind::NumberEdit || !control.visible ||
-            GetValue(control.spec.id))
+        if (control.resource.kind != EControlKind::NumberEdit || !control.visible ||
+            GetValue(control.resource.id))
             continue;
-        SetFocus(control.spec.id);
+        SetFocus(control.resource.id);
         CString text;
         text.Format(ClTranslator::Translate(L"Unesite broj izmedju %s i %s.").c_str(),
                     FormatFixed(control.minValue, control.decimals).c_str(),
@@ -212,10 +212,11 @@ CGridModel& CDialogModel::CreateGrid(int id, bool cutToRows) {
     CDialogControl& placeholder = Control(id);
     placeholder.visible = false;
     auto grid = std::make_unique<CGridModel>(id);
-    int height = placeholder.spec.height;
+    int height = placeholder.resource.height;
     if (cutToRows)
         height = (height / CGridModel::kDefaultRowHeight) * CGridModel::kDefaultRowHeight + 5;
-    grid->SetRect(placeholder.spec.x, placeholder.spec.y, placeholder.spec.width, height);
+    grid->SetRect(placeholder.resource.x, placeholder.resource.y, placeholder.resource.width,
+                  height);
     m_grids.push_back(std::move(grid));
     Notify(id);
     return *m_grids.back();
@@ -262,9 +263,9 @@ bool CDialogModel::UserClick(int id) {
     CDialogControl* control = Find(id);
     if (!Usable(control))
         return false;
-    if (control->spec.kind == EControlKind::CheckBox)
+    if (control->resource.kind == EControlKind::CheckBox)
         SetCheck(id, !control->checked);
-    else if (control->spec.kind != EControlKind::Button)
+    else if (control->resource.kind != EControlKind::Button)
         return false;
     if (m_pHandler != nullptr)
         m_pHandler->OnCommand(id);
@@ -273,8 +274,8 @@ bool CDialogModel::UserClick(int id) {
 
 bool CDialogModel::UserSetText(int id, const CString& text) {
     CDialogControl* control = Find(id);
-    if (!Usable(control) || (control->spec.kind != EControlKind::Edit &&
-                             control->spec.kind != EControlKind::NumberEdit))
+    if (!Usable(control) || (control->resource.kind != EControlKind::Edit &&
+                             control->resource.kind != EControlKind::NumberEdit))
         return false;
     SetText(id, text);
     if (m_pHandler != nullptr)
@@ -285,8 +286,8 @@ bool CDialogModel::UserSetText(int id, const CString& text) {
 bool CDialogModel::UserSelect(int id, int index) {
     CDialogControl* control = Find(id);
     if (!Usable(control) ||
-        (control->spec.kind != EControlKind::ListBox &&
-         control->spec.kind != EControlKind::ComboBox) ||
+        (control->resource.kind != EControlKind::ListBox &&
+         control->resource.kind != EControlKind::ComboBox) ||
         index < 0 || index >= static_cast<int>(control->items.size()))
         return false;
     SetCurSel(id, index);

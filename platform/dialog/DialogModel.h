@@ -47,7 +47,7 @@ struct CDialogTemplate {
 
 /// The state of one control.
 struct CDialogControl {
-    CControlSpec spec;
+    CControlSpec resource;
     CString text;
     bool enabled = true;
     bool visible = true;
