@@ -1,7 +1,9 @@
 // Reading and writing the JSON and CSV files of the interchange.
 #include "DataFiles.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -52,6 +54,23 @@ bool WriteAll(int fd, const std::string& text) {
     return true;
 }
 
+/// Writes to a device or a pipe that exists already; a pipe without a reader is refused at
+/// once rather than waited for.
+bool WriteInPlace(const std::filesystem::path& file, const std::string& text, std::string& error) {
+    const int fd = ::open(file.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0) {
+        error = Reason(errno);
+        return false;
+    }
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    int failure = WriteAll(fd, text) ? 0 : errno;
+    if (::close(fd) != 0 && failure == 0)
+        failure = errno;
+    if (failure != 0)
+        error = Reason(failure);
+    return failure == 0;
+}
+
 } // namespace
 
 bool IsStandardStream(const std::filesystem::path& file) {
@@ -62,7 +81,8 @@ bool ReadDataFile(const std::filesystem::path& file, std::string& text, std::str
     text.clear();
     if (IsStandardStream(file))
         return ReadAll(STDIN_FILENO, text, error);
-    const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    // Opening does not wait for a writer when the file is a pipe; that is refused below.
+    const int fd = ::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (fd < 0) {
         error = Reason(errno);
         return false;
@@ -78,6 +98,7 @@ bool ReadDataFile(const std::filesystem::path& file, std::string& text, std::str
         error = "it is larger than 1 GiB";
         ok = false;
     } else {
+        ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
         text.reserve(static_cast<size_t>(info.st_size));
         ok = ReadAll(fd, text, error);
     }
@@ -96,23 +117,52 @@ bool WriteDataFile(const std::filesystem::path& file, const std::string& text, s
         }
         return true;
     }
-    const std::filesystem::path directory =
-        file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-    std::string temporary = (directory / ("." + file.filename().string() + ".XXXXXX")).string();
-    const int fd = ::mkstemp(temporary.data());
+    // A link is kept: the file it names is replaced.
+    std::filesystem::path target = file;
+    struct stat info {};
+    if (::lstat(file.c_str(), &info) == 0 && S_ISLNK(info.st_mode)) {
+        std::error_code ec;
+        target = std::filesystem::weakly_canonical(file, ec);
+        if (ec) {
+            error = Reason(ec.value());
+            return false;
+        }
+    }
+    // A file that exists keeps its permissions; a device or a pipe is written as it is.
+    mode_t mode = 0;
+    if (::stat(target.c_str(), &info) == 0) {
+        if (S_ISDIR(info.st_mode)) {
+            error = Reason(EISDIR);
+            return false;
+        }
+        if (!S_ISREG(info.st_mode))
+            return WriteInPlace(target, text, error);
+        mode = info.st_mode & 07777;
+    } else if (errno != ENOENT) {
+        error = Reason(errno);
+        return false;
+    } else {
+        // The new file is readable as a file made by the user would be.
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        mode = 0666 & ~mask;
+    }
+    // The temporary file: ".<name>.XXXXXX" beside the target, the name cut so that the whole
+    // stays within the limit of a file name.
+    std::string name = target.filename().string();
+    name.resize(std::min<size_t>(name.size(), NAME_MAX - 8));
+    std::string temporary = (target.parent_path() / ("." + name + ".XXXXXX")).string();
+    const int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (fd < 0) {
         error = Reason(errno);
         return false;
     }
-    // The new file is readable as a file made by the user would be.
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
     int failure = 0;
-    if (!WriteAll(fd, text) || ::fsync(fd) != 0 || ::fchmod(fd, 0666 & ~mask) != 0)
+    if (::fchmod(fd, mode) != 0 || !WriteAll(fd, text) || ::fsync(fd) != 0)
         failure = errno;
     if (::close(fd) != 0 && failure == 0)
         failure = errno;
-    if (failure == 0 && ::rename(temporary.c_str(), file.c_str()) == 0)
+    if (failure == 0 && ::rename(temporary.c_str(), target.c_str()) == 0)
         return true;
     error = Reason(failure != 0 ? failure : errno);
     ::unlink(temporary.c_str());

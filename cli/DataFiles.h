@@ -1,7 +1,8 @@
 #pragma once
 // The JSON and CSV files that vorta-cli reads and writes beside model files: read whole (or
 // from standard input), written through a temporary file renamed over the target (or to
-// standard output), so that a failed write never leaves half a file.
+// standard output), so that a failed write never leaves half a file. A target that exists keeps
+// its permissions, a link keeps naming it, and a device or a pipe is written as it is.
 #include <filesystem>
 #include <ostream>
 #include <string>

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <climits>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -153,4 +155,39 @@ TEST(VortaCliRefusals, SavingKeepsPermissionsTakesLongNamesAndOutputThatCannotBe
                   "vorta-cli: cannot write the output: No space left on device\n")
             << args;
     }
+}
+
+TEST(VortaCliRefusals, ExportedFilesAreWrittenAsModelFilesAreSaved) {
+    CTempDir dir;
+    ASSERT_EQ(RunCli(dir, "demo model.vld").code, 0);
+    ASSERT_EQ(RunCli(dir, "export model.vld -o first.json").code, 0);
+    const std::string json = ReadText(dir.Path() / "first.json");
+
+    // A read-only file keeps its permissions, a link keeps naming the file it named, and a name
+    // at the limit of the file system is written.
+    fs::permissions(dir.Path() / "first.json", fs::perms(0444));
+    fs::create_symlink("first.json", dir.Path() / "link.json");
+    const std::string longest = std::string(NAME_MAX - 5, 'e') + ".json";
+    for (const std::string& out : {std::string("first.json"), std::string("link.json"), longest}) {
+        const CRun run = RunCli(dir, "export model.vld -o " + out);
+        EXPECT_EQ(run.code, 0) << out << "\n" << run.err;
+        EXPECT_EQ(ReadText(dir.Path() / out), json) << out;
+    }
+    EXPECT_EQ(fs::status(dir.Path() / "first.json").permissions(), fs::perms(0444));
+    EXPECT_TRUE(fs::is_symlink(dir.Path() / "link.json"));
+
+    // A pipe is written as it is, and one without a reader or a writer is refused at once.
+    ASSERT_EQ(::mkfifo((dir.Path() / "pipe").c_str(), 0600), 0);
+    const int reader = ::open((dir.Path() / "pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    EXPECT_EQ(RunCli(dir, "export model.vld -o pipe").code, 0);
+    std::string got(json.size() + 1, '\0');
+    EXPECT_EQ(::read(reader, got.data(), got.size()), static_cast<ssize_t>(json.size()));
+    EXPECT_EQ(got.substr(0, json.size()), json);
+    ::close(reader);
+    EXPECT_TRUE(fs::is_fifo(dir.Path() / "pipe"));
+    ExpectRefused(RunCli(dir, "export model.vld -o pipe"),
+                  "vorta-cli: cannot write pipe: No such device or address", "export to a pipe");
+    ExpectRefused(RunCli(dir, "import model.vld pipe"),
+                  "vorta-cli: cannot read pipe: it is not a regular file", "import from a pipe");
 }
