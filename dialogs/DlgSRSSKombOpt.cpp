@@ -268,6 +268,9 @@ bool CDlgSRSSKombOpt::UrediKoeficijent(int i, int kolona, const CString& text) {
     const double v = NaDveDecimale(x);
     if (v != 0.0 && !(v >= 0.01))
         return false;
+    // The factor is kept squared: a coefficient whose square is no number is refused too.
+    if (!std::isfinite(v * v))
+        return false;
 
     CLoadCaseUnit& unit = m_jedinice[static_cast<size_t>(i)];
     Stavka& stavka = m_stavke[static_cast<size_t>(i)];

@@ -80,6 +80,8 @@ TEST_F(SRSSTest, CoefficientsAreEnteredRoundedSquaredAndNamedAndOkWritesOneUndoS
             {4, L"-2", false, L"0.00", L"SRSS: I+II"},
             {4, L"x", false, L"0.00", L"SRSS: I+II"},
             {4, L"inf", false, L"0.00", L"SRSS: I+II"},
+            {4, L"1e200", false, L"0.00", L"SRSS: I+II"}, // its square is no number
+            {4, L"1e308", false, L"0.00", L"SRSS: I+II"},
             {4, L"0.01", true, L"0.01", L"SRSS: I+II+0.01xIII"},
             {2, L"0", true, L"0.00", L"SRSS: II+0.01xIII"},
             {3, L"1.234", true, L"1.23", L"SRSS: 1.23xII+0.01xIII"},
