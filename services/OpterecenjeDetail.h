@@ -7,7 +7,6 @@
 #include "model/SlucajOpterecenja.h"
 #include "text/Translator.h"
 
-#include <source_location>
 #include <string>
 
 namespace opterecenje {
@@ -24,17 +23,19 @@ inline void Upozori(const wchar_t* poruka) {
 }
 
 /// A check that names its expression with the given text (for texts that are not the code
-/// as formatted, such as "bm.Count () == 1").
-inline void Proveri(bool uslov, const char* izraz,
-                    std::source_location mesto = std::source_location::current()) {
+/// as formatted, such as "bm.Count () == 1"), and the place of the call. The place comes from
+/// the compiler's built-ins rather than std::source_location, which not every compiler the
+/// project builds with (the fuzz build's) offers yet.
+inline void Proveri(bool uslov, const char* izraz, const char* datoteka = __builtin_FILE(),
+                    int linija = __builtin_LINE()) {
     if (!uslov)
-        gfnAssertFailed(izraz, gfnSourceName(mesto.file_name()), static_cast<int>(mesto.line()));
+        gfnAssertFailed(izraz, gfnSourceName(datoteka), linija);
 }
 
 /// An impossible state, reported by its message; the program ends.
-[[noreturn]] inline void
-InternalError(const char* poruka, std::source_location mesto = std::source_location::current()) {
-    gfnInternalError(gfnSourceName(mesto.file_name()), static_cast<int>(mesto.line()), poruka);
+[[noreturn]] inline void InternalError(const char* poruka, const char* datoteka = __builtin_FILE(),
+                                       int linija = __builtin_LINE()) {
+    gfnInternalError(gfnSourceName(datoteka), linija, poruka);
 }
 
 /// An SRSS load case: it has an SRSS unit that holds factors.
