@@ -34,7 +34,7 @@ asan: setup
 
 fuzz: setup
 	@cmake --preset fuzz >/dev/null
-	@cmake --build --preset fuzz
+	@cmake --build --preset fuzz --target fuzzers
 	@./scripts/fuzz build/fuzz $(FUZZ_SECONDS)
 
 crashtest: build
