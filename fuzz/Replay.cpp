@@ -1,6 +1,7 @@
 // Replays fuzz inputs without the fuzzer: every file under the given directories (and every
-// file given) goes once through the target's LLVMFuzzerTestOneInput. Built with the ordinary
-// compiler, it runs in `make test`, so that each corpus file keeps being read without a crash.
+// file given) goes twice through the target's LLVMFuzzerTestOneInput, as the fuzzer itself runs
+// an input again after what the target kept from earlier ones. Built with the ordinary compiler,
+// it runs in `make test`, so that each corpus file keeps being read without a crash.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -17,7 +18,8 @@ int main(int argc, char** argv) {
         std::ifstream in(file, std::ios::binary);
         const std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(in),
                                          std::istreambuf_iterator<char>()};
-        LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+        for (int round = 0; round < 2; ++round)
+            LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
         ++replayed;
     };
     for (int i = 1; i < argc; ++i) {
