@@ -25,8 +25,8 @@ CString Prevod(const wchar_t* tekst) {
     return ClTranslator::Translate(tekst);
 }
 
-constexpr int kSirine[CDlgSlucajeviOpterecenja::kBrojKolona - 1] = {35, 180, 30, 55, 70,
-                                                                    95, 40,  70, 100};
+constexpr int kSirine[CDlgSlucajeviOpterecenja::kBrojKolona - 1] = {35,  180, 30, 55, 70,
+                                                                    105, 40,  70, 90};
 
 /// The text of an influence line's kind.
 CString TekstUticajneLinije(eUticajUticajneLin uticaj) {

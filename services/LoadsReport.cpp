@@ -145,12 +145,12 @@ CLoadsReport::Table TabelaSkale(const std::vector<const CSlucajOpterecenja*>& sl
         t.rows.push_back({T(vrsta), Broj(sopstveni), naziv, Broj(redniBroj - 1), Broj(redniBroj)});
     };
     for (const CSlucajOpterecenja* p : slucajevi)
-        red(L"slucaj", p->DajRedniBroj(), p->GetNaziv(0), p->DajRedniBroj());
+        red(Tr(L"slucaj"), p->DajRedniBroj(), p->GetNaziv(0), p->DajRedniBroj());
     for (const CKombinacijaOpterecenja* p : kombinacije)
-        red(L"kombinacija", p->Item().GetRedniBroj(), p->Item().GetNaziv(),
+        red(Tr(L"kombinacija"), p->Item().GetRedniBroj(), p->Item().GetNaziv(),
             nSlOpt + p->Item().GetRedniBroj());
     for (const CAnvelopaOpterecenja* p : anvelope)
-        red(L"anvelopa", p->GetBroj(), p->GetNaziv(), nSlOpt + nKomb + p->GetBroj());
+        red(Tr(L"anvelopa"), p->GetBroj(), p->GetNaziv(), nSlOpt + nKomb + p->GetBroj());
     return t;
 }
 
