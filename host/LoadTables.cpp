@@ -75,7 +75,7 @@ QString CLoadTables::Html(const QString& title) const {
                 html += QStringLiteral("<td>%1</td>").arg(ToQ(cell).toHtmlEscaped());
             html += QStringLiteral("</tr>");
         }
-        html += QStringLiteral("</table>");
+        html += QStringLiteral("</table><p>&nbsp;</p>");
     }
     return html + QStringLiteral("</body></html>");
 }

@@ -42,6 +42,12 @@ int main(int argc, char** argv) {
                        "DIR and ends."),
         QStringLiteral("DIR"));
     parser.addOption(screenshotsOption);
+    QCommandLineOption pdfOption(
+        QStringLiteral("pdf"),
+        QStringLiteral("Writes the load tables of FILE (or of an empty model) to the PDF file "
+                       "OUT and ends."),
+        QStringLiteral("OUT"));
+    parser.addOption(pdfOption);
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("A model file to open."),
                                  QStringLiteral("[FILE]"));
     parser.process(app);
@@ -69,6 +75,12 @@ int main(int argc, char** argv) {
     CMainWindow window(commands);
     if (parser.isSet(screenshotsOption))
         return RenderScreenshots(window, parser.value(screenshotsOption)) > 0 ? 0 : 1;
+    if (parser.isSet(pdfOption)) {
+        if (!parser.positionalArguments().isEmpty() &&
+            !window.OpenFile(parser.positionalArguments().front()))
+            return 2;
+        return window.ExportPdf(parser.value(pdfOption)) ? 0 : 1;
+    }
     window.show();
     if (!parser.positionalArguments().isEmpty())
         window.OpenFile(parser.positionalArguments().front());
