@@ -156,7 +156,7 @@ public:
         if (m_parDubina == 1) {
             // A pair begins.
             m_par = CParJson{};
-            m_par.poz = Pocetak();
+            m_par.poz = static_cast<uint32_t>(Pocetak());
             m_kraj = m_par.poz + 1;
             m_nElemenata = 0;
             m_parDubina = 2;
@@ -272,7 +272,7 @@ private:
                 if (!ceo)
                     return Odbij(poz, T(L"a load case is given by its number or its name"));
                 m_par.broj = i;
-                m_par.poz = poz;
+                m_par.poz = static_cast<uint32_t>(poz);
             } else if (m_nElemenata == 1) {
                 m_par.koef = d;
             } else {
@@ -299,7 +299,7 @@ private:
         if (nov)
             m_stablo.m_imena.push_back(it->first);
         m_par.ime = it->second;
-        m_par.poz = poz;
+        m_par.poz = static_cast<uint32_t>(poz);
         ++m_nElemenata;
         return true;
     }
@@ -308,6 +308,9 @@ private:
         if (m_stek.size() >= kNajvecaDubina)
             return Odbij(Pocetak(), T(L"values nested deeper than this format allows"));
         CCvor* c = Novi(vrsta, false);
+        // Combinations, the bulk of a description, are objects of three members.
+        if (vrsta == CCvor::Vrsta::Objekat)
+            c->deca.reserve(4);
         m_stek.push_back(c);
         return true;
     }
@@ -338,6 +341,13 @@ bool CStabloJson::Procitaj(std::string_view tekst) {
     m_imena.clear();
     m_greska.clear();
     m_greskaPoz = 0;
+    if (tekst.size() >= (size_t{1} << 32)) {
+        m_greska = T(L"the text is larger than 4 GiB");
+        return false;
+    }
+    // Room for as many pairs as the text can hold ("[1,1]," takes six bytes): only the part
+    // that is filled takes memory, and the list is never copied while it grows.
+    m_parovi.reserve(std::min<size_t>(tekst.size() / 6 + 16, size_t{1} << 24));
     const char* kursor = tekst.data();
     CGraditeljStabla graditelj(*this, tekst, kursor);
     const bool ok =

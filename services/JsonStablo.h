@@ -43,9 +43,9 @@ struct CCvor {
 /// tree's list of names (ime >= 0).
 struct CParJson {
     int64_t broj = 0;
-    int32_t ime = -1;
     double koef = 0.0;
-    size_t poz = 0; // where the load case is written
+    uint32_t poz = 0; // where the load case is written (texts are under 4 GiB)
+    int32_t ime = -1;
 };
 
 class CStabloJson {

@@ -355,6 +355,8 @@ bool CCitacOpisa::SRSS() {
 bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bool bObicne,
                               CKombinacijeOpisa& kombinacije) {
     kombinacije.lista.reserve(niz.deca.size());
+    // Room for every pair of the text: only the part that is filled takes memory.
+    kombinacije.clanovi.reserve(m_stablo.Parovi().size());
     for (const CCvor& c : niz.deca) {
         if (!Objekat(c, L"a combination") ||
             !Poznati(c, {"name", "generated", "coefficients"}, L"a combination"))
@@ -362,9 +364,14 @@ bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bo
         CKombinacijaOpisa k;
         const CCvor* ime = c.Clan("name");
         int generisan = ime == nullptr ? 1 : 0;
-        if (!Tekst(c, "name", k.naziv) || !Logicka(c, "generated", generisan))
+        if (!Logicka(c, "generated", generisan))
             return false;
         k.generisan = generisan != 0;
+        // A generated name is made anew from the coefficients: the one written is not kept.
+        if (ime != nullptr && ime->vrsta != CCvor::Vrsta::Tekst)
+            return Odbij(ime->poz, L"\"%s\" must be a string", "name");
+        if (!k.generisan && !Tekst(c, "name", k.naziv))
+            return false;
         k.prvi = static_cast<uint32_t>(kombinacije.clanovi.size());
         bool ima = false;
         if (!Parovi(c, "coefficients", imenik, n, kombinacije.clanovi, ima))

@@ -276,6 +276,10 @@ COpis ProcitajModel() {
                          return a->Item().GetRedniBroj() < b->Item().GetRedniBroj();
                      });
     opis.kombinacije.lista.reserve(kombinacije.size());
+    size_t nClanova = 0;
+    for (const CKombinacijaOpterecenja* p : kombinacije)
+        nClanova += static_cast<size_t>(p->Item().GetBrojOsnOpt());
+    opis.kombinacije.clanovi.reserve(nClanova);
     for (const CKombinacijaOpterecenja* p : kombinacije)
         DodajKombinaciju(opis.kombinacije, p->Item(), [&](const CId& id) {
             int r = 0;
