@@ -80,8 +80,9 @@ CModelCommandLine::CModelCommandLine(CLI::App& app, const CCommandOptions& optio
     CLI::App* exportCommand =
         Command(app, "export", "Writes the loads of the model as JSON, or its combinations as CSV",
                 "JSON (docs/json-format.md) holds every load case with the values a user sets,\n"
-                "the combinations, envelopes, SRSS cases and the stored combination set; CSV\n"
-                "holds the combinations, one row each, with a column per load case.");
+                "the combinations, envelopes, SRSS cases, the stored combination set and the\n"
+                "stability parameters; CSV holds the combinations, one row each, with a column\n"
+                "per load case.");
     FileArgument(exportCommand, v.file);
     exportCommand
         ->add_option("--format", v.interchange.format,
