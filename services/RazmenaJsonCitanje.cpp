@@ -343,6 +343,9 @@ bool CCitacOpisa::SRSS() {
                                         L"SRSS cases"));
             if (!std::isfinite(clan.koef) || clan.koef <= 0.0)
                 return Odbij(par.poz, T(L"an SRSS weight must be a number above 0"));
+            // The weight is kept squared, and the square must be a number too.
+            if (!std::isfinite(clan.koef * clan.koef))
+                return Odbij(par.poz, T(L"an SRSS weight must be below 1e154"));
         }
         if (s.srss.size() < 2)
             return Odbij(niz.poz, T(L"an SRSS load case combines at least two load cases"));

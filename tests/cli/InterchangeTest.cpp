@@ -122,6 +122,8 @@ TEST(VortaCliInterchange, RefusedInputIsNamedByLineAndColumnAndLeavesTheModelAsI
          "line 1, column 40: \"modes\" must be a whole number from 0 to 999"},
         {"bad.json", R"({"load_cases": [{"name": "A", "coefficient": 1e400}]})", "",
          "line 1, column 46: the number 1e400 is out of range"},
+        {"bad.json", R"({"load_cases": [{"name": "A"}, {"name": "E", "srss": [["A", 1e200]]}]})",
+         "", "line 1, column 56: an SRSS weight must be below 1e154"},
         {"bad.json",
          R"({"load_cases": [{"name": "A", "seismic": true}, {"name": "B"}], "combinations": )"
          R"([{"coefficients": [[1, 1], [2, 1]]}], "stability": {"combinations": [1]}})",
