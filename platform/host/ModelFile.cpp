@@ -4,6 +4,7 @@
 #include "diag/Assert.h"
 #include "host/LoadsServices.h"
 #include "host/Model.h"
+#include "host/ModelFileInput.h"
 
 #include <cerrno>
 #include <climits>
@@ -28,8 +29,10 @@ struct DestroyObj {
 };
 using ObjPtr = std::unique_ptr<CObj, DestroyObj>;
 
-uint32_t Crc32(const uint8_t* data, size_t n) {
-    uLong crc = crc32(0L, Z_NULL, 0);
+/// The CRC-32 of the bytes, continuing the sum `crc` (that of no bytes when not given).
+uint32_t Crc32(const uint8_t* data, size_t n,
+               uint32_t sum = static_cast<uint32_t>(crc32(0L, Z_NULL, 0))) {
+    uLong crc = sum;
     constexpr size_t chunk = size_t{1} << 30;
     while (n > 0) {
         const size_t part = std::min(n, chunk);
@@ -45,29 +48,115 @@ uint32_t LoadLe32(const uint8_t* p) {
            static_cast<uint32_t>(p[2]) << 16 | static_cast<uint32_t>(p[3]) << 24;
 }
 
-/// The bytes of one record written into a memory stream.
-std::vector<uint8_t> RecordOf(const CFillerUser& user) {
-    CFiller f;
-    f.Open(CFiller::Mode::Write);
-    user.ToFiller(f);
-    f.Close();
-    return f.Buffer();
-}
-
 void WriteBlock(CFiller& f, const std::vector<uint8_t>& bytes) {
     f.WriteInt32(static_cast<int32_t>(bytes.size()));
     f.Write(bytes.data(), 1, bytes.size());
 }
 
+/// Writes everything of a model file but its checksum: the magic and version, the objects of
+/// every persistent type, and the stored-combinations section.
+void WriteBody(const CObjBase& base, CFiller& f) {
+    f.Write(CModelFile::Magic, 1, MagicSize);
+    f.WriteInt32(CModelFile::FormatVersion);
+
+    std::vector<int> types;
+    for (const int type : CObjBase::GetRegisteredTypes())
+        if (CObjBase::IsPersistent(type) && base.Count(type) > 0)
+            types.push_back(type);
+    f.WriteInt32(static_cast<int32_t>(types.size()));
+    // One stream takes every record in turn before it is written with its length.
+    CFiller record;
+    for (const int type : types) {
+        const std::vector<CId> ids = base.Ids(type);
+        f.WriteInt32(type);
+        f.WriteInt32(static_cast<int32_t>(ids.size()));
+        for (const CId& id : ids) {
+            record.Open(CFiller::Mode::Write);
+            base.Find(id)->ToFiller(record);
+            record.Close();
+            WriteBlock(f, record.Buffer());
+        }
+    }
+
+    record.Open(CFiller::Mode::Write);
+    if (CModel::SnimiUskladisteneKombinacije != nullptr)
+        CModel::SnimiUskladisteneKombinacije(record);
+    record.Close();
+    WriteBlock(f, record.Buffer());
+}
+
+/// A stream that writes what it is given into a file in pieces as it comes, so that a large
+/// model is never held whole as bytes, and sums the CRC-32 of it on the way. Beyond the largest
+/// model file it only counts.
+class CFileOutput : public CFiller {
+public:
+    explicit CFileOutput(int fd) : m_fd(fd), m_crc(static_cast<uint32_t>(crc32(0L, Z_NULL, 0))) {
+        m_piece.reserve(kPiece);
+        Open(Mode::Write);
+    }
+    uint32_t Crc() const { return m_crc; }
+    uint64_t Total() const { return m_total; }
+    bool TooLarge() const { return m_total > CModelFile::MaxFileSize; }
+    /// Writes what is still held; false with errno set when any write failed.
+    bool Finish() {
+        Flush();
+        if (m_errno != 0)
+            errno = m_errno;
+        return m_errno == 0;
+    }
+
+protected:
+    void Sink(const uint8_t* data, size_t n) override {
+        m_crc = Crc32(data, n, m_crc);
+        m_total += n;
+        if (m_errno != 0 || TooLarge())
+            return;
+        if (m_piece.size() + n > kPiece)
+            Flush();
+        if (n >= kPiece)
+            Put(data, n);
+        else
+            m_piece.insert(m_piece.end(), data, data + n);
+    }
+
+private:
+    static constexpr size_t kPiece = size_t{1} << 20;
+
+    void Flush() {
+        if (m_errno == 0 && !TooLarge())
+            Put(m_piece.data(), m_piece.size());
+        m_piece.clear();
+    }
+    void Put(const uint8_t* data, size_t n) {
+        size_t done = 0;
+        while (m_errno == 0 && done < n) {
+            const ssize_t w = ::write(m_fd, data + done, n - done);
+            if (w < 0 && errno == EINTR)
+                continue;
+            if (w <= 0)
+                m_errno = w < 0 ? errno : EIO;
+            else
+                done += static_cast<size_t>(w);
+        }
+    }
+
+    int m_fd;
+    uint32_t m_crc;
+    uint64_t m_total = 0;
+    int m_errno = 0;
+    std::vector<uint8_t> m_piece;
+};
+
 /// Walks the sections by their counts and lengths only. False when the file ends before the
 /// walk does: then a checksum mismatch is reported as a truncated file.
-bool StructureComplete(const std::vector<uint8_t>& bytes) {
-    const size_t end = bytes.size() - 4;
+bool StructureComplete(CModelFileInput& in) {
+    const size_t end = in.Size() - 4;
     size_t pos = MagicSize + 4;
     auto next = [&](int64_t& v) {
-        if (pos > end || end - pos < 4)
+        const uint8_t* p = pos <= end && end - pos >= 4 ? in.Bytes(pos, 4) : nullptr;
+        if (p == nullptr)
             return false;
-        v = static_cast<int32_t>(LoadLe32(bytes.data() + pos));
+        v = static_cast<int32_t>(LoadLe32(p));
         pos += 4;
         return true;
     };
@@ -114,6 +203,8 @@ public:
     CFileHandle(const CFileHandle&) = delete;
     CFileHandle& operator=(const CFileHandle&) = delete;
     int Get() const { return m_fd; }
+    /// Gives the descriptor up without closing it.
+    void Release() { m_fd = -1; }
     /// Closes now; false when the close reports an error (a write that did not reach the disk).
     bool Close() {
         const int fd = m_fd;
@@ -145,28 +236,9 @@ bool CheckHeader(const uint8_t* head, size_t n, size_t size, CString& error) {
     return true;
 }
 
-/// Reads up to n bytes at the end of the buffer; false with errno set when a read fails.
-bool ReadUpTo(int fd, std::vector<uint8_t>& bytes, size_t n) {
-    const size_t start = bytes.size();
-    bytes.resize(start + n);
-    size_t done = 0;
-    while (done < n) {
-        const ssize_t got = ::read(fd, bytes.data() + start + done, n - done);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return false;
-        if (got == 0)
-            break; // the file became shorter since it was measured
-        done += static_cast<size_t>(got);
-    }
-    bytes.resize(start + done);
-    return true;
-}
-
-/// The bytes of a model file: only a regular file of a sane size is read, and only once its
-/// magic and version are those of a model file. False with the reason otherwise.
-bool ReadModelFile(const std::filesystem::path& file, std::vector<uint8_t>& bytes, CString& error) {
+/// Opens a model file for reading: only a regular file of a sane size. Its descriptor and
+/// size, or -1 with the reason.
+int OpenModelFile(const std::filesystem::path& file, size_t& size, CString& error) {
     const CString name = FromPath(file);
     // Opening does not wait for a writer when the file is a pipe; that is refused below.
     CFileHandle fd(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -174,50 +246,28 @@ bool ReadModelFile(const std::filesystem::path& file, std::vector<uint8_t>& byte
     if (fd.Get() < 0 || ::fstat(fd.Get(), &st) != 0) {
         error = CString::Formatted(L"cannot open model file \"%s\": %s", name.c_str(),
                                    SystemError(errno).c_str());
-        return false;
+        return -1;
     }
     if (!S_ISREG(st.st_mode)) {
         error = CString::Formatted(L"cannot open model file \"%s\": %s", name.c_str(),
                                    S_ISDIR(st.st_mode) ? SystemError(EISDIR).c_str()
                                                        : L"not a regular file");
-        return false;
+        return -1;
     }
-    const auto size = static_cast<uint64_t>(st.st_size);
-    if (size > CModelFile::MaxFileSize) {
+    const auto bytes = static_cast<uint64_t>(st.st_size);
+    if (bytes > CModelFile::MaxFileSize) {
         error = CString::Formatted(
             L"cannot open model file \"%s\": %llu bytes is too large for a model file (at "
             L"most %llu)",
-            name.c_str(), static_cast<unsigned long long>(size),
+            name.c_str(), static_cast<unsigned long long>(bytes),
             static_cast<unsigned long long>(CModelFile::MaxFileSize));
-        return false;
+        return -1;
     }
     ::fcntl(fd.Get(), F_SETFL, ::fcntl(fd.Get(), F_GETFL) & ~O_NONBLOCK);
-    bytes.clear();
-    // The magic and the version are checked before the rest is read.
-    const size_t headSize = std::min<size_t>(size, MagicSize + 4);
-    if (ReadUpTo(fd.Get(), bytes, headSize)) {
-        if (!CheckHeader(bytes.data(), bytes.size(), bytes.size() < headSize ? bytes.size() : size,
-                         error))
-            return false;
-        if (ReadUpTo(fd.Get(), bytes, static_cast<size_t>(size) - bytes.size()))
-            return true;
-    }
-    error = CString::Formatted(L"cannot read model file \"%s\": %s", name.c_str(),
-                               SystemError(errno).c_str());
-    return false;
-}
-
-bool WriteAll(int fd, const std::vector<uint8_t>& bytes) {
-    size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        done += static_cast<size_t>(n);
-    }
-    return true;
+    size = static_cast<size_t>(bytes);
+    const int opened = fd.Get();
+    fd.Release();
+    return opened;
 }
 
 /// The permissions a new file gets: 0666 less the process's file mode mask.
@@ -274,99 +324,63 @@ void RemoveOrphanedTemporaries(const std::filesystem::path& target) {
     }
 }
 
-} // namespace
-
-std::vector<uint8_t> CModelFile::Write(const CObjBase& base) {
-    CFiller f;
-    f.Open(CFiller::Mode::Write);
-    f.Write(Magic, 1, MagicSize);
-    f.WriteInt32(FormatVersion);
-
-    std::vector<int> types;
-    for (const int type : CObjBase::GetRegisteredTypes())
-        if (CObjBase::IsPersistent(type) && base.Count(type) > 0)
-            types.push_back(type);
-    f.WriteInt32(static_cast<int32_t>(types.size()));
-    for (const int type : types) {
-        const std::vector<CId> ids = base.Ids(type);
-        f.WriteInt32(type);
-        f.WriteInt32(static_cast<int32_t>(ids.size()));
-        for (const CId& id : ids)
-            WriteBlock(f, RecordOf(*base.Find(id)));
-    }
-
-    CFiller section;
-    section.Open(CFiller::Mode::Write);
-    if (CModel::SnimiUskladisteneKombinacije != nullptr)
-        CModel::SnimiUskladisteneKombinacije(section);
-    section.Close();
-    WriteBlock(f, section.Buffer());
-
-    f.WriteUInt32(Crc32(f.Buffer().data(), f.Buffer().size()));
-    f.Close();
-    return f.Buffer();
-}
-
-std::unique_ptr<CObjBase> CModelFile::Read(const std::vector<uint8_t>& bytes, CString& error) {
-    if (!CheckHeader(bytes.data(), bytes.size(), bytes.size(), error))
-        return nullptr;
-    // A check of the program that fails while the file is taken in was caused by the file's
-    // content: the file is refused, and the program and the open model go on.
+/// The reason a check of the program or an allocation failed while a file was taken in: the
+/// failure was caused by the file's content, so the file is refused and the program and the
+/// open model go on.
+template <class F> CString Trapped(F&& work) {
     try {
         const vdiag::CFatalTrap trap;
-        return ReadChecked(bytes, error);
+        work();
     } catch (const vdiag::CFatalCheck& check) {
-        error = L"model file is damaged: " + CString::FromUtf8(check.what());
+        return L"model file is damaged: " + CString::FromUtf8(check.what());
     } catch (const std::bad_alloc&) {
-        error = L"model file is too large to be read into memory";
+        return L"model file is too large to be read into memory";
     } catch (const std::exception& e) {
-        error = L"model file is damaged: " + CString::FromUtf8(e.what());
+        return L"model file is damaged: " + CString::FromUtf8(e.what());
     }
-    return nullptr;
+    return CString();
 }
 
-std::unique_ptr<CObjBase> CModelFile::ReadChecked(const std::vector<uint8_t>& bytes,
-                                                  CString& error) {
-    auto fail = [&error](CString message) -> std::unique_ptr<CObjBase> {
-        error = std::move(message);
-        return nullptr;
-    };
-    if (bytes.size() < MinimumSize)
-        return fail(L"model file is truncated");
-    const size_t bodySize = bytes.size() - 4;
-    if (Crc32(bytes.data(), bodySize) != LoadLe32(bytes.data() + bodySize)) {
-        if (!StructureComplete(bytes))
-            return fail(L"model file is truncated");
-        return fail(L"model file is damaged (checksum mismatch)");
-    }
-
-    // The checksum holds, so what follows only fails for a file written wrongly; every count
-    // and length is still checked before it is trusted.
+/// Reads the objects of every type section into the base, from pos on; the reason when they
+/// cannot be taken (a damaged file), with pos where the objects end.
+CString ReadObjects(CModelFileInput& in, size_t& pos, CObjBase& base) {
     const CString damaged = L"model file is damaged";
-    CFiller f;
-    f.SetBuffer(std::vector<uint8_t>(bytes.begin() + MagicSize + 4, bytes.begin() + bodySize));
-    f.Open(CFiller::Mode::Read);
-    auto base = std::make_unique<CObjBase>();
+    const size_t end = in.Size() - 4;
+    auto readInt = [&](int32_t& v) {
+        const uint8_t* p = end - pos >= 4 ? in.Bytes(pos, 4) : nullptr;
+        if (p == nullptr)
+            return false;
+        v = static_cast<int32_t>(LoadLe32(p));
+        pos += 4;
+        return true;
+    };
+    // A count fits when its elements of at least `size` bytes fit into what is left.
+    auto fits = [&](int32_t count, size_t size) {
+        return count >= 0 && static_cast<size_t>(count) <= (end - pos) / size;
+    };
     int32_t types = 0;
-    if (!f.ReadInt32(types) || !f.CheckCount(types, 8))
-        return fail(damaged);
+    if (!readInt(types) || !fits(types, 8))
+        return damaged;
+    // One stream reads every record where it lies.
+    CFiller rec;
     for (int32_t t = 0; t < types; ++t) {
         int32_t type = 0;
         int32_t count = 0;
-        if (!f.ReadInt32(type) || !f.ReadInt32(count))
-            return fail(damaged);
+        if (!readInt(type) || !readInt(count))
+            return damaged;
         if (!CObjBase::IsRegistered(type))
-            return fail(CString::Formatted(L"unknown object type %d", type));
-        if (!f.CheckCount(count, 4))
-            return fail(damaged);
+            return CString::Formatted(L"unknown object type %d", type);
+        if (!fits(count, 4))
+            return damaged;
         for (int32_t i = 0; i < count; ++i) {
             int32_t length = 0;
-            if (!f.ReadInt32(length) || !f.CheckCount(length, 1))
-                return fail(damaged);
-            std::vector<uint8_t> record(static_cast<size_t>(length));
-            f.Read(record.data(), 1, record.size());
-            CFiller rec;
-            rec.SetBuffer(std::move(record));
+            if (!readInt(length) || !fits(length, 1))
+                return damaged;
+            const uint8_t* record = in.Bytes(pos, static_cast<size_t>(length));
+            if (record == nullptr)
+                return damaged;
+            pos += static_cast<size_t>(length);
+            rec.SetView(record, static_cast<size_t>(length));
             rec.Open(CFiller::Mode::Read);
             ObjPtr obj(CObjBase::CreateObject(type));
             const int ok = obj->FromFiller(rec);
@@ -375,44 +389,126 @@ std::unique_ptr<CObjBase> CModelFile::ReadChecked(const std::vector<uint8_t>& by
                 if (reason.IsEmpty())
                     reason = rec.IsError() || !ok ? CString(L"the record ends too early")
                                                   : CString(L"the record is longer than read");
-                return fail(CString::Formatted(L"object record of type %d is damaged: %s", type,
-                                               reason.c_str()));
+                return CString::Formatted(L"object record of type %d is damaged: %s", type,
+                                          reason.c_str());
             }
             const int32_t id = obj->GetId().GetValue();
-            if (!base->InsertLoaded(obj.release()))
-                return fail(CString::Formatted(
-                    L"object id %d of type %d is invalid or repeated in the model file", id, type));
+            if (!base.InsertLoaded(obj.release()))
+                return CString::Formatted(
+                    L"object id %d of type %d is invalid or repeated in the model file", id, type);
         }
     }
+    return CString();
+}
 
-    int32_t sectionSize = 0;
-    if (!f.ReadInt32(sectionSize) || !f.CheckCount(sectionSize, 1))
-        return fail(damaged);
-    std::vector<uint8_t> sectionBytes(static_cast<size_t>(sectionSize));
-    f.Read(sectionBytes.data(), 1, sectionBytes.size());
-    if (f.IsError() || f.Remaining() != 0)
+/// A new object base read from the input, or null with the reason; `name` names the file in the
+/// reason a read fails.
+std::unique_ptr<CObjBase> ReadInput(CModelFileInput& in, const CString& name, CString& error) {
+    auto fail = [&error](CString message) -> std::unique_ptr<CObjBase> {
+        error = std::move(message);
+        return nullptr;
+    };
+    auto unreadable = [&]() {
+        return fail(in.Error() == 0
+                        ? CString(L"model file is truncated")
+                        : CString::Formatted(L"cannot read model file \"%s\": %s", name.c_str(),
+                                             SystemError(in.Error()).c_str()));
+    };
+    if (in.Size() < MinimumSize)
+        return fail(L"model file is truncated");
+    const size_t bodySize = in.Size() - 4;
+
+    // The objects are read as the file passes, its checksum summed on the way; what they say
+    // counts only once the checksum holds, and a damaged file is reported as such first.
+    auto base = std::make_unique<CObjBase>();
+    size_t pos = MagicSize + 4;
+    CString reason;
+    const CString trapped = Trapped([&] { reason = ReadObjects(in, pos, *base); });
+    if (!trapped.IsEmpty())
+        reason = trapped;
+    uint32_t crc = 0;
+    const uint8_t* stored = nullptr;
+    if (!in.Checksum(crc) || (stored = in.Bytes(bodySize, 4)) == nullptr)
+        return unreadable();
+    if (crc != LoadLe32(stored)) {
+        if (!StructureComplete(in))
+            return in.Failed() ? unreadable() : fail(L"model file is truncated");
+        return fail(L"model file is damaged (checksum mismatch)");
+    }
+    if (!reason.IsEmpty()) {
+        base.reset();
+        return fail(reason);
+    }
+
+    // The checksum holds, so what follows only fails for a file written wrongly; every count
+    // and length is still checked before it is trusted.
+    const CString damaged = L"model file is damaged";
+    const uint8_t* p = bodySize - pos >= 4 ? in.Bytes(pos, 4) : nullptr;
+    if (p == nullptr)
+        return in.Failed() ? unreadable() : fail(damaged);
+    const auto sectionSize = static_cast<int32_t>(LoadLe32(p));
+    pos += 4;
+    if (sectionSize < 0 || static_cast<size_t>(sectionSize) != bodySize - pos)
         return fail(damaged);
     // An empty section was written without the loads module and holds nothing to read.
     if (sectionSize > 0 && CModel::UcitajUskladisteneKombinacije != nullptr) {
+        const uint8_t* bytes = in.Bytes(pos, static_cast<size_t>(sectionSize));
+        if (bytes == nullptr)
+            return unreadable();
         CFiller section;
-        section.SetBuffer(std::move(sectionBytes));
+        section.SetView(bytes, static_cast<size_t>(sectionSize));
         section.Open(CFiller::Mode::Read);
-        CModel::UcitajUskladisteneKombinacije(section, FormatVersion);
+        reason = Trapped(
+            [&] { CModel::UcitajUskladisteneKombinacije(section, CModelFile::FormatVersion); });
+        if (!reason.IsEmpty())
+            return fail(reason);
         if (section.IsError()) {
-            const CString reason = section.GetErrorMessage();
-            return fail(reason.IsEmpty()
+            const CString why = section.GetErrorMessage();
+            return fail(why.IsEmpty()
                             ? CString(L"stored combinations section is damaged")
                             : CString::Formatted(L"stored combinations section is damaged: %s",
-                                                 reason.c_str()));
+                                                 why.c_str()));
         }
     }
     // The loads module checks what it needs of the model and repairs what it knows how to.
     if (CLoadsServices::ProveriUcitaniModel != nullptr) {
-        CString reason;
-        if (!CLoadsServices::ProveriUcitaniModel(*base, reason))
-            return fail(L"model file is damaged: " + reason);
+        bool ok = false;
+        CString why;
+        reason = Trapped([&] { ok = CLoadsServices::ProveriUcitaniModel(*base, why); });
+        if (!reason.IsEmpty())
+            return fail(reason);
+        if (!ok)
+            return fail(L"model file is damaged: " + why);
     }
     return base;
+}
+
+/// As ReadInput, with failed checks trapped anywhere in the reading.
+std::unique_ptr<CObjBase> ReadTrapped(CModelFileInput& in, const CString& name, CString& error) {
+    std::unique_ptr<CObjBase> base;
+    const CString reason = Trapped([&] { base = ReadInput(in, name, error); });
+    if (reason.IsEmpty())
+        return base;
+    error = reason;
+    return nullptr;
+}
+
+} // namespace
+
+std::vector<uint8_t> CModelFile::Write(const CObjBase& base) {
+    CFiller f(size_t{1} << 20);
+    f.Open(CFiller::Mode::Write);
+    WriteBody(base, f);
+    f.WriteUInt32(Crc32(f.Buffer().data(), f.Buffer().size()));
+    f.Close();
+    return f.TakeBuffer();
+}
+
+std::unique_ptr<CObjBase> CModelFile::Read(const std::vector<uint8_t>& bytes, CString& error) {
+    if (!CheckHeader(bytes.data(), bytes.size(), bytes.size(), error))
+        return nullptr;
+    CModelFileInput in(bytes.data(), bytes.size());
+    return ReadTrapped(in, CString(), error);
 }
 
 bool CModelFile::Save(const CObjBase& base, const std::filesystem::path& file, CString& error) {
@@ -445,21 +541,27 @@ bool CModelFile::Save(const CObjBase& base, const std::filesystem::path& file, C
     } else {
         mode = NewFileMode();
     }
-    const std::vector<uint8_t> bytes = Write(base);
-    if (bytes.size() > MaxFileSize) {
-        error = CString::Formatted(L"cannot write model file \"%s\": the model is too large for "
-                                   L"a model file (%llu bytes, at most %llu)",
-                                   name.c_str(), static_cast<unsigned long long>(bytes.size()),
-                                   static_cast<unsigned long long>(MaxFileSize));
-        return false;
-    }
-
     std::filesystem::path temp;
     CFileHandle fd(CreateTemporary(target, temp));
     if (fd.Get() < 0)
         return fail(L"cannot write model file", errno);
-    if (::fchmod(fd.Get(), mode) != 0 || !WriteAll(fd.Get(), bytes) || ::fsync(fd.Get()) != 0 ||
-        !fd.Close()) {
+    // The file is written as its bytes are made.
+    CFileOutput out(fd.Get());
+    bool written = ::fchmod(fd.Get(), mode) == 0;
+    if (written) {
+        WriteBody(base, out);
+        out.WriteUInt32(out.Crc());
+        written = out.Finish();
+    }
+    if (out.TooLarge()) {
+        ::unlink(temp.c_str());
+        error = CString::Formatted(L"cannot write model file \"%s\": the model is too large for "
+                                   L"a model file (%llu bytes, at most %llu)",
+                                   name.c_str(), static_cast<unsigned long long>(out.Total()),
+                                   static_cast<unsigned long long>(MaxFileSize));
+        return false;
+    }
+    if (!written || ::fsync(fd.Get()) != 0 || !fd.Close()) {
         const int code = errno;
         ::unlink(temp.c_str());
         return fail(L"cannot write model file", code);
@@ -481,10 +583,27 @@ bool CModelFile::Save(const CObjBase& base, const std::filesystem::path& file, C
 }
 
 std::unique_ptr<CObjBase> CModelFile::Load(const std::filesystem::path& file, CString& error) {
-    std::vector<uint8_t> bytes;
-    if (!ReadModelFile(file, bytes, error))
+    size_t size = 0;
+    CFileHandle fd(OpenModelFile(file, size, error));
+    if (fd.Get() < 0)
         return nullptr;
-    return Read(bytes, error);
+    // The magic and the version are checked before the rest is read.
+    CModelFileInput in(fd.Get(), size);
+    const size_t headSize = std::min(size, MagicSize + 4);
+    const uint8_t* head = in.Bytes(0, headSize);
+    if (head == nullptr && in.Error() != 0) {
+        error = CString::Formatted(L"cannot read model file \"%s\": %s", FromPath(file).c_str(),
+                                   SystemError(in.Error()).c_str());
+        return nullptr;
+    }
+    if (head == nullptr) {
+        // The file became shorter than its header since it was measured.
+        error = L"model file is truncated";
+        return nullptr;
+    }
+    if (!CheckHeader(head, headSize, size, error))
+        return nullptr;
+    return ReadTrapped(in, FromPath(file), error);
 }
 
 bool CModelFile::Open(const std::filesystem::path& file, std::unique_ptr<CObjBase>& open,

@@ -37,8 +37,4 @@ public:
     /// the old one was). On failure `open` is untouched and false is returned with the reason.
     static bool Open(const std::filesystem::path& file, std::unique_ptr<CObjBase>& open,
                      CString& error);
-
-private:
-    /// Read after the header was checked, with failed checks trapped.
-    static std::unique_ptr<CObjBase> ReadChecked(const std::vector<uint8_t>& bytes, CString& error);
 };

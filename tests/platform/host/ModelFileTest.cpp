@@ -1,6 +1,7 @@
 // The model file: layout, round trip, refusal of damaged files and the atomic save.
 #include "host/ModelFile.h"
 #include "host/Model.h"
+#include "host/ModelFileInput.h"
 #include "platform/TempDir.h"
 #include "platform/objbase/TestRecords.h"
 
@@ -304,4 +305,73 @@ TEST_F(ModelFile, SaveNeverFollowsALinkToItsTemporaryAndKeepsPermissionsAndLinks
     for ([[maybe_unused]] const auto& entry : fs::directory_iterator(m_dir.Path()))
         ++files;
     EXPECT_EQ(files, 6u); // victim, its link, model.vldm, fresh.vldm, link.vldm, the long one
+}
+
+namespace {
+
+/// A stored-combinations section longer than a piece of the file read at a time.
+constexpr int32_t kLongSection = static_cast<int32_t>(CModelFileInput::PieceSize / 4 + 1000);
+
+void SnimiDuguSekciju(CFiller& f) {
+    for (int32_t v = 0; v < kLongSection; ++v)
+        f.WriteInt32(v * 7);
+}
+
+void UcitajDuguSekciju(CFiller& f, int) {
+    int32_t v = 0;
+    for (int32_t i = 0; i < kLongSection; ++i)
+        if (!f.ReadInt32(v) || v != i * 7)
+            f.SetError(L"a value differs");
+}
+
+} // namespace
+
+TEST_F(ModelFile, LargeFilesReadFromDiskInPiecesAsFromMemory) {
+    // Records across the borders of the pieces, and a section longer than one.
+    for (int32_t i = 0; i < 90000; ++i) {
+        auto* z = new CTestZapis(i, i / 3.0);
+        z->SetId(CId(1000 + i));
+        m_base.InsertLoaded(z);
+    }
+    CModel::SnimiUskladisteneKombinacije = &SnimiDuguSekciju;
+    CModel::UcitajUskladisteneKombinacije = &UcitajDuguSekciju;
+    ASSERT_TRUE(CModelFile::Save(m_base, m_file, m_error)) << m_error.ToUtf8();
+    const Bytes good = ReadBytes(m_file);
+    ASSERT_GT(good.size(), 3 * CModelFileInput::PieceSize);
+    // Saving writes what the bytes of the model file are.
+    EXPECT_EQ(good, CModelFile::Write(m_base));
+    std::unique_ptr<CObjBase> loaded = CModelFile::Load(m_file, m_error);
+    ASSERT_TRUE(loaded) << m_error.ToUtf8();
+    EXPECT_EQ(Contents(*loaded), Contents(m_base));
+    EXPECT_EQ(CModelFile::Write(*loaded), good);
+
+    // Every file is taken or refused from disk exactly as from memory, for the same reason.
+    const size_t last = good.size() - 4;
+    const size_t farRecord = 2 * CModelFileInput::PieceSize + 17;
+    Bytes flippedFar = good;
+    flippedFar[farRecord] ^= 0x20;
+    const std::vector<Bytes> variants = {
+        Bytes(good.begin(), good.begin() + static_cast<long>(farRecord)),
+        Bytes(good.begin(), good.end() - 1),
+        flippedFar,
+        Sealed(flippedFar),
+        Sealed(Put(good, last - 4, 5)),
+        Sealed(Put(good, last - 4 * kLongSection - 4, 12)),
+        Sealed(Put(good, last - 4 * kLongSection - 4, 4 * kLongSection + 4)),
+    };
+    for (size_t v = 0; v < variants.size(); ++v) {
+        CString fromMemory;
+        const std::unique_ptr<CObjBase> a = CModelFile::Read(variants[v], fromMemory);
+        WriteBytes(m_file, variants[v]);
+        CString fromDisk;
+        const std::unique_ptr<CObjBase> b = CModelFile::Load(m_file, fromDisk);
+        EXPECT_EQ(a != nullptr, b != nullptr) << v;
+        EXPECT_EQ(fromDisk.ToUtf8(), fromMemory.ToUtf8()) << v;
+        if (a && b) {
+            EXPECT_EQ(CModelFile::Write(*a), CModelFile::Write(*b)) << v;
+        }
+        if (v < 4) {
+            EXPECT_FALSE(b) << v;
+        }
+    }
 }
