@@ -33,6 +33,8 @@ std::string MissingService() {
         return "CLoadsServices::SetTeorija";
     if (CLoadsServices::Izvestaj == nullptr)
         return "CLoadsServices::Izvestaj";
+    if (CLoadsServices::IzvestajPoTabelama == nullptr)
+        return "CLoadsServices::IzvestajPoTabelama";
     if (CLoadsServices::NapraviPrimer == nullptr)
         return "CLoadsServices::NapraviPrimer";
     if (CLoadsServices::PostaviChangeLoadCaseTo == nullptr)

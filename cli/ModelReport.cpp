@@ -146,12 +146,9 @@ void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
 }
 
 void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
-    CLoadsReport report;
-    CLoadsServices::Izvestaj(report);
-    for (CLoadsReport::Table& table : report.tables) {
-        PrintTable(out, ToRowSource(table));
-        table = CLoadsReport::Table(); // what is printed is not needed any more
-    }
+    // Each table is printed as the module makes it, its rows as they are made.
+    CLoadsServices::IzvestajPoTabelama(
+        [&out](const CLoadsReport::TableSource& table) { PrintTable(out, ToRowSource(table)); });
 
     const CLoadCounts counts = CountLoads();
     out << "Theory: " << CLoadsServices::GetTeorija() << "\n\n";

@@ -45,17 +45,19 @@ void Strings(std::ostream& out, const std::vector<CString>& texts) {
     out << ']';
 }
 
-void Table(std::ostream& out, const CLoadsReport::Table& table) {
+void Table(std::ostream& out, const CLoadsReport::TableSource& table) {
     out << "    {\"title\": ";
     String(out, table.title.ToUtf8());
     out << ", \"columns\": ";
     Strings(out, table.header);
     out << ", \"rows\": [";
-    for (size_t r = 0; r < table.rows.size(); ++r) {
-        out << (r > 0 ? ",\n      " : "\n      ");
-        Strings(out, table.rows[r]);
-    }
-    out << (table.rows.empty() ? "]}" : "\n    ]}");
+    bool first = true;
+    table.rows([&](const CLoadsReport::Row& row) {
+        out << (first ? "\n      " : ",\n      ");
+        Strings(out, row);
+        first = false;
+    });
+    out << (first ? "]}" : "\n    ]}");
 }
 
 void Factors(std::ostream& out, const CLoadCounts& counts, FactorService one,
@@ -104,14 +106,14 @@ void PrintModelJson(std::ostream& out, const std::string& file, CHeadlessFrame& 
     out << "{\n  \"file\": ";
     String(out, file);
     out << ",\n  \"tables\": [";
-    CLoadsReport report;
-    CLoadsServices::Izvestaj(report);
-    for (size_t t = 0; t < report.tables.size(); ++t) {
-        out << (t > 0 ? ",\n" : "\n");
-        Table(out, report.tables[t]);
-        report.tables[t] = CLoadsReport::Table(); // what is written is not needed any more
-    }
-    out << (report.tables.empty() ? "]" : "\n  ]");
+    // Each table is written as the module makes it, its rows as they are made.
+    bool first = true;
+    CLoadsServices::IzvestajPoTabelama([&](const CLoadsReport::TableSource& table) {
+        out << (first ? "\n" : ",\n");
+        Table(out, table);
+        first = false;
+    });
+    out << (first ? "]" : "\n  ]");
     const CLoadCounts counts = CountLoads();
     out << ",\n  \"theory\": " << CLoadsServices::GetTeorija();
     out << ",\n  \"scale\": {\"load_cases\": " << counts.nSlOpt

@@ -162,28 +162,61 @@ CTextTable SelectorTable(const std::string& title, const CSelectorList& selector
     return table;
 }
 
-CRowSource ToRowSource(const CLoadsReport::Table& table) {
-    CRowSource source;
-    source.title = table.title.ToUtf8();
-    for (const CString& heading : table.header)
-        source.header.push_back(heading.ToUtf8());
-    source.rows = [&table](const CRowSource::Visitor& visit) {
-        // The texts of one row, kept between rows so that their room is reused.
-        std::vector<std::string> texts;
-        CRowSource::Row row;
-        for (const auto& cells : table.rows) {
-            if (texts.size() < cells.size())
-                texts.resize(cells.size());
-            row.clear();
-            for (size_t c = 0; c < cells.size(); ++c) {
-                if (cells[c].empty())
-                    texts[c].clear();
-                else
-                    texts[c] = cells[c].ToUtf8();
-                row.emplace_back(texts[c]);
-            }
-            visit(row);
+namespace {
+
+/// The UTF-8 texts of one row of the report, kept from one row to the next so that their room
+/// is reused.
+class CUtf8Row {
+public:
+    const CRowSource::Row& Of(const CLoadsReport::Row& cells) {
+        if (m_texts.size() < cells.size())
+            m_texts.resize(cells.size());
+        m_row.clear();
+        for (size_t c = 0; c < cells.size(); ++c) {
+            Convert(cells[c], m_texts[c]);
+            m_row.emplace_back(m_texts[c]);
         }
+        return m_row;
+    }
+
+private:
+    static void Convert(const CString& cell, std::string& text) {
+        // Most cells are numbers and plain names: they are copied as they are.
+        if (std::all_of(cell.begin(), cell.end(), [](wchar_t ch) { return ch >= 0 && ch < 0x80; }))
+            text.assign(cell.begin(), cell.end());
+        else
+            text = cell.ToUtf8();
+    }
+
+    std::vector<std::string> m_texts;
+    CRowSource::Row m_row;
+};
+
+CRowSource Heading(const CString& title, const std::vector<CString>& header) {
+    CRowSource source;
+    source.title = title.ToUtf8();
+    for (const CString& heading : header)
+        source.header.push_back(heading.ToUtf8());
+    return source;
+}
+
+} // namespace
+
+CRowSource ToRowSource(const CLoadsReport::Table& table) {
+    CRowSource source = Heading(table.title, table.header);
+    source.rows = [&table](const CRowSource::Visitor& visit) {
+        CUtf8Row row;
+        for (const auto& cells : table.rows)
+            visit(row.Of(cells));
+    };
+    return source;
+}
+
+CRowSource ToRowSource(const CLoadsReport::TableSource& table) {
+    CRowSource source = Heading(table.title, table.header);
+    source.rows = [&table](const CRowSource::Visitor& visit) {
+        CUtf8Row row;
+        table.rows([&](const CLoadsReport::Row& cells) { visit(row.Of(cells)); });
     };
     return source;
 }

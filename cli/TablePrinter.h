@@ -42,6 +42,9 @@ struct CRowSource {
 
 /// The table of the loads report as rows made one at a time (UTF-8 from the report's texts).
 CRowSource ToRowSource(const CLoadsReport::Table& table);
+/// A table of the report whose rows are made as they are walked, in UTF-8; it is walked while
+/// the table lives.
+CRowSource ToRowSource(const CLoadsReport::TableSource& table);
 
 /// Writes the table: the title underlined, the headings, a rule, the rows, then an empty
 /// line. Columns whose cells are all numbers are aligned to the right, others to the left.

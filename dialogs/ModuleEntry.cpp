@@ -47,6 +47,7 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     CLoadsServices::GetTeorija = &COpterecenjeApp::GetTeorija;
     CLoadsServices::SetTeorija = &COpterecenjeApp::SetTeorija;
     CLoadsServices::Izvestaj = &opterecenje::Izvestaj;
+    CLoadsServices::IzvestajPoTabelama = &opterecenje::IzvestajPoTabelama;
     CLoadsServices::NapraviPrimer = &opterecenje::NapraviPrimer;
     CLoadsServices::PostaviChangeLoadCaseTo = &PostaviChangeLoadCaseTo;
     CLoadsServices::ProveriUcitaniModel = &ProveriUcitaniModel;

@@ -1,6 +1,7 @@
 // The loads of the current document as tables for a host: load cases with their flags and
 // combination rules, combinations with their coefficients, envelopes, the global scale and
-// the checksums by which results are invalidated.
+// the checksums by which results are invalidated. Each table is handed over as it is made,
+// its rows made as they are walked, so that the tables of a large model are never held whole.
 #include "host/LoadsServices.h"
 #include "host/Model.h"
 #include "model/AnvelopaOpterecenja.h"
@@ -64,9 +65,12 @@ CString RedniBrojevi(const OCArray<CId>& ids, const std::map<int32_t, int>& rbPo
     return tekst;
 }
 
-CLoadsReport::Table TabelaSlucajeva(const std::vector<const CSlucajOpterecenja*>& slucajevi,
-                                    const std::map<int32_t, int>& rbPoId) {
-    CLoadsReport::Table t;
+using Tabela = CLoadsReport::TableSource;
+using Red = CLoadsReport::Row;
+
+Tabela TabelaSlucajeva(const std::vector<const CSlucajOpterecenja*>& slucajevi,
+                       const std::map<int32_t, int>& rbPoId) {
+    Tabela t;
     t.title = T(L"Slucajevi opterecenja");
     t.header = {T(L"Rb"),
                 T(L"Naziv"),
@@ -80,77 +84,102 @@ CLoadsReport::Table TabelaSlucajeva(const std::vector<const CSlucajOpterecenja*>
                 T(L"Uticajna linija"),
                 T(L"Ne kombinuj sa"),
                 T(L"Uvek kombinuj sa")};
-    for (const CSlucajOpterecenja* p : slucajevi) {
-        const CString srss = p->JeliSRSS()
-                                 ? COpterecenjeApp::LoadCaseUnitToString(*p->DajLCUnitZaSRSS(), 0)
-                                 : CString();
-        const CString uticaj =
-            p->IsUticajnaLinija() ? Broj(p->GetUticajUticajneLinije()) : CString();
-        t.rows.push_back({Broj(p->DajRedniBroj()), p->GetNaziv(0),
-                          p->GetgMarker() != 0 ? Broj(p->GetgMarker()) : CString(),
-                          Koeficijent(p->GetKoeficijent()), Da(p->GetStalno()),
-                          Da(p->GetAlternativno()), Da(p->IsSeizmicki()), Da(p->JeLiNDA()), srss,
-                          uticaj, RedniBrojevi(p->GetNeKombinujSa(), rbPoId),
-                          RedniBrojevi(p->GetUvekKombinujSa(), rbPoId)});
-    }
+    t.rows = [&slucajevi, &rbPoId](const CLoadsReport::RowVisitor& visit) {
+        for (const CSlucajOpterecenja* p : slucajevi) {
+            const CString srss =
+                p->JeliSRSS() ? COpterecenjeApp::LoadCaseUnitToString(*p->DajLCUnitZaSRSS(), 0)
+                              : CString();
+            const CString uticaj =
+                p->IsUticajnaLinija() ? Broj(p->GetUticajUticajneLinije()) : CString();
+            visit({Broj(p->DajRedniBroj()), p->GetNaziv(0),
+                   p->GetgMarker() != 0 ? Broj(p->GetgMarker()) : CString(),
+                   Koeficijent(p->GetKoeficijent()), Da(p->GetStalno()), Da(p->GetAlternativno()),
+                   Da(p->IsSeizmicki()), Da(p->JeLiNDA()), srss, uticaj,
+                   RedniBrojevi(p->GetNeKombinujSa(), rbPoId),
+                   RedniBrojevi(p->GetUvekKombinujSa(), rbPoId)});
+        }
+    };
     return t;
 }
 
-CLoadsReport::Table
-TabelaKombinacija(const std::vector<const CKombinacijaOpterecenja*>& kombinacije, int nSlOpt,
-                  const std::map<int32_t, int>& rbPoId) {
-    CLoadsReport::Table t;
+Tabela TabelaKombinacija(const std::vector<const CKombinacijaOpterecenja*>& kombinacije, int nSlOpt,
+                         const std::map<int32_t, int>& rbPoId) {
+    Tabela t;
     t.title = T(L"Kombinacije opterecenja");
     t.header = {T(L"Rb"), T(L"Naziv"), T(L"Generisan")};
     for (int k = 1; k <= nSlOpt; ++k)
         t.header.push_back(CRomanNumber::GetRomanValue(k));
-    for (const CKombinacijaOpterecenja* p : kombinacije) {
-        const CKombOptItem& item = p->Item();
-        std::vector<CString> red = {Broj(item.GetRedniBroj()), item.GetNaziv(),
-                                    Da(item.IsGenericName())};
+    t.rows = [&kombinacije, nSlOpt, &rbPoId](const CLoadsReport::RowVisitor& visit) {
+        // One row and one vector of coefficients serve every combination in turn.
+        Red red(3 + static_cast<size_t>(nSlOpt));
         std::vector<double> koef(static_cast<size_t>(nSlOpt), 0.0);
-        for (int i = 0; i < item.GetBrojOsnOpt(); ++i) {
-            double k = 0.0;
-            CId id;
-            item.GetOsnOptByIndex(i, k, id);
-            auto it = rbPoId.find(id.GetValue());
-            if (it != rbPoId.end() && it->second >= 1 && it->second <= nSlOpt)
-                koef[static_cast<size_t>(it->second - 1)] += k;
+        for (const CKombinacijaOpterecenja* p : kombinacije) {
+            const CKombOptItem& item = p->Item();
+            red[0] = Broj(item.GetRedniBroj());
+            red[1] = item.GetNaziv();
+            red[2] = Da(item.IsGenericName());
+            std::fill(koef.begin(), koef.end(), 0.0);
+            for (int i = 0; i < item.GetBrojOsnOpt(); ++i) {
+                double k = 0.0;
+                CId id;
+                item.GetOsnOptByIndex(i, k, id);
+                auto it = rbPoId.find(id.GetValue());
+                if (it != rbPoId.end() && it->second >= 1 && it->second <= nSlOpt)
+                    koef[static_cast<size_t>(it->second - 1)] += k;
+            }
+            for (size_t k = 0; k < koef.size(); ++k) {
+                if (CToler::Jednaki(koef[k], 0.0))
+                    red[3 + k].Empty();
+                else
+                    red[3 + k] = Koeficijent(koef[k]);
+            }
+            visit(red);
         }
-        for (double k : koef)
-            red.push_back(CToler::Jednaki(k, 0.0) ? CString() : Koeficijent(k));
-        t.rows.push_back(std::move(red));
-    }
+    };
     return t;
 }
 
-CLoadsReport::Table TabelaAnvelopa(const std::vector<const CAnvelopaOpterecenja*>& anvelope) {
-    CLoadsReport::Table t;
+Tabela TabelaAnvelopa(const std::vector<const CAnvelopaOpterecenja*>& anvelope) {
+    Tabela t;
     t.title = T(L"Anvelope");
     t.header = {T(L"Broj"), T(L"Naziv"), T(L"Izbor"), T(L"Mod")};
-    for (const CAnvelopaOpterecenja* p : anvelope)
-        t.rows.push_back({Broj(p->GetBroj()), p->GetNaziv(), p->GetIzbor(), Broj(p->GetMod())});
+    t.rows = [&anvelope](const CLoadsReport::RowVisitor& visit) {
+        for (const CAnvelopaOpterecenja* p : anvelope)
+            visit({Broj(p->GetBroj()), p->GetNaziv(), p->GetIzbor(), Broj(p->GetMod())});
+    };
     return t;
 }
 
-CLoadsReport::Table TabelaSkale(const std::vector<const CSlucajOpterecenja*>& slucajevi,
-                                const std::vector<const CKombinacijaOpterecenja*>& kombinacije,
-                                const std::vector<const CAnvelopaOpterecenja*>& anvelope) {
-    CLoadsReport::Table t;
+Tabela TabelaSkale(const std::vector<const CSlucajOpterecenja*>& slucajevi,
+                   const std::vector<const CKombinacijaOpterecenja*>& kombinacije,
+                   const std::vector<const CAnvelopaOpterecenja*>& anvelope) {
+    Tabela t;
     t.title = T(L"Globalna skala opterecenja");
     t.header = {T(L"Vrsta"), T(L"Sopstveni broj"), T(L"Naziv"), T(L"Od nule"), T(L"Redni broj")};
-    const int nSlOpt = static_cast<int>(slucajevi.size());
-    const int nKomb = static_cast<int>(kombinacije.size());
-    auto red = [&t](const wchar_t* vrsta, int sopstveni, const CString& naziv, int redniBroj) {
-        t.rows.push_back({T(vrsta), Broj(sopstveni), naziv, Broj(redniBroj - 1), Broj(redniBroj)});
+    t.rows = [&slucajevi, &kombinacije, &anvelope](const CLoadsReport::RowVisitor& visit) {
+        const int nSlOpt = static_cast<int>(slucajevi.size());
+        const int nKomb = static_cast<int>(kombinacije.size());
+        // The kinds are translated once for every row.
+        const CString slucaj = T(Tr(L"slucaj"));
+        const CString kombinacija = T(Tr(L"kombinacija"));
+        const CString anvelopa = T(Tr(L"anvelopa"));
+        Red red(5);
+        auto dodaj = [&](const CString& vrsta, int sopstveni, const CString& naziv, int redniBroj) {
+            red[0] = vrsta;
+            red[1] = Broj(sopstveni);
+            red[2] = naziv;
+            red[3] = Broj(redniBroj - 1);
+            red[4] = Broj(redniBroj);
+            visit(red);
+        };
+        for (const CSlucajOpterecenja* p : slucajevi)
+            dodaj(slucaj, p->DajRedniBroj(), p->GetNaziv(0), p->DajRedniBroj());
+        for (const CKombinacijaOpterecenja* p : kombinacije)
+            dodaj(kombinacija, p->Item().GetRedniBroj(), p->Item().GetNaziv(),
+                  nSlOpt + p->Item().GetRedniBroj());
+        for (const CAnvelopaOpterecenja* p : anvelope)
+            dodaj(anvelopa, p->GetBroj(), p->GetNaziv(), nSlOpt + nKomb + p->GetBroj());
     };
-    for (const CSlucajOpterecenja* p : slucajevi)
-        red(Tr(L"slucaj"), p->DajRedniBroj(), p->GetNaziv(0), p->DajRedniBroj());
-    for (const CKombinacijaOpterecenja* p : kombinacije)
-        red(Tr(L"kombinacija"), p->Item().GetRedniBroj(), p->Item().GetNaziv(),
-            nSlOpt + p->Item().GetRedniBroj());
-    for (const CAnvelopaOpterecenja* p : anvelope)
-        red(Tr(L"anvelopa"), p->GetBroj(), p->GetNaziv(), nSlOpt + nKomb + p->GetBroj());
     return t;
 }
 
@@ -160,9 +189,7 @@ CString Hex(uint32_t crc) {
 
 } // namespace
 
-void Izvestaj(CLoadsReport& report) {
-    report.tables.clear();
-
+void IzvestajPoTabelama(const CLoadsReport::TableVisitor& visit) {
     CBaseManager bm;
     CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
     auto slucajevi = Procitaj<CSlucajOpterecenja>(bm, CBaseManager::SlucajOpterecenjaType);
@@ -184,11 +211,11 @@ void Izvestaj(CLoadsReport& report) {
     for (const CSlucajOpterecenja* p : slucajevi)
         rbPoId.emplace(p->GetId().GetValue(), p->DajRedniBroj());
 
-    report.tables.push_back(TabelaSlucajeva(slucajevi, rbPoId));
-    report.tables.push_back(
-        TabelaKombinacija(kombinacije, static_cast<int>(slucajevi.size()), rbPoId));
-    report.tables.push_back(TabelaAnvelopa(anvelope));
-    report.tables.push_back(TabelaSkale(slucajevi, kombinacije, anvelope));
+    // The view stays open while the tables are walked: their rows are read from the store.
+    visit(TabelaSlucajeva(slucajevi, rbPoId));
+    visit(TabelaKombinacija(kombinacije, static_cast<int>(slucajevi.size()), rbPoId));
+    visit(TabelaAnvelopa(anvelope));
+    visit(TabelaSkale(slucajevi, kombinacije, anvelope));
 
     // Checksums: the sums of the records' checksums. A combination's checksum reads the
     // model object, so without one the combinations are left out.
@@ -202,15 +229,30 @@ void Izvestaj(CLoadsReport& report) {
         p->UpdateCRC(crc1, crc2, crc3);
     bm.Close();
 
-    CLoadsReport::Table t;
+    std::vector<Red> sume;
+    sume.push_back({T(L"crc1 (rezultati)"), Hex(crc1)});
+    sume.push_back({T(L"crc3 (teorija II reda)"), Hex(crc3)});
+    sume.push_back({T(L"SRSS slucajevi"), Hex(CSlucajOpterecenja::GetCRCsvihSRSSopt())});
+    if (!bImaModel && !kombinacije.empty())
+        sume.push_back({T(L"Napomena"), T(L"bez objekta modela kombinacije nisu uracunate")});
+    Tabela t;
     t.title = T(L"Kontrolne sume");
     t.header = {T(L"Suma"), T(L"Vrednost")};
-    t.rows.push_back({T(L"crc1 (rezultati)"), Hex(crc1)});
-    t.rows.push_back({T(L"crc3 (teorija II reda)"), Hex(crc3)});
-    t.rows.push_back({T(L"SRSS slucajevi"), Hex(CSlucajOpterecenja::GetCRCsvihSRSSopt())});
-    if (!bImaModel && !kombinacije.empty())
-        t.rows.push_back({T(L"Napomena"), T(L"bez objekta modela kombinacije nisu uracunate")});
-    report.tables.push_back(std::move(t));
+    t.rows = [&sume](const CLoadsReport::RowVisitor& visitRow) {
+        for (const Red& red : sume)
+            visitRow(red);
+    };
+    visit(t);
+}
+
+void Izvestaj(CLoadsReport& report) {
+    report.tables.clear();
+    IzvestajPoTabelama([&report](const CLoadsReport::TableSource& izvor) {
+        CLoadsReport::Table& t = report.tables.emplace_back();
+        t.title = izvor.title;
+        t.header = izvor.header;
+        izvor.rows([&t](const Red& red) { t.rows.push_back(red); });
+    });
 }
 
 } // namespace opterecenje

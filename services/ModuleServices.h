@@ -4,13 +4,16 @@
 #include <cstdint>
 #include <vector>
 
-struct CLoadsReport;
+#include "host/LoadsServices.h"
 
 namespace opterecenje {
 
 /// Load cases, combinations, envelopes, the global scale and the checksums of the current
 /// document as tables.
 void Izvestaj(CLoadsReport& report);
+/// The same tables, each handed to the visitor as it is made, their rows made as they are
+/// walked.
+void IzvestajPoTabelama(const CLoadsReport::TableVisitor& visit);
 
 /// Fills the current document with an example model of a three-storey building: permanent,
 /// imposed, snow, wind and seismic load cases with an SRSS case, generated combinations and an

@@ -11,6 +11,7 @@ void CLoadsServices::Reset() {
     GetTeorija = nullptr;
     SetTeorija = nullptr;
     Izvestaj = nullptr;
+    IzvestajPoTabelama = nullptr;
     NapraviPrimer = nullptr;
     PostaviChangeLoadCaseTo = nullptr;
     ProveriUcitaniModel = nullptr;

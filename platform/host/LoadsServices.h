@@ -19,11 +19,23 @@ using ChangeLoadCaseHandler = int (*)(const CGeneralizedLoadCase& load, int flag
 
 /// Tables of the loads of a model, neutral of how a host shows them.
 struct CLoadsReport {
+    using Row = std::vector<CString>;
     struct Table {
         CString title;
         std::vector<CString> header;
-        std::vector<std::vector<CString>> rows;
+        std::vector<Row> rows;
     };
+    /// A table whose rows are made as they are walked: `rows` hands every row, in order, to the
+    /// visitor, as often as it is called, the same rows each time. A row lives only until the
+    /// visitor returns.
+    using RowVisitor = std::function<void(const Row& row)>;
+    struct TableSource {
+        CString title;
+        std::vector<CString> header;
+        std::function<void(const RowVisitor& visit)> rows;
+    };
+    /// Is handed each table in turn; the table can be walked only until the visitor returns.
+    using TableVisitor = std::function<void(const TableSource& table)>;
     std::vector<Table> tables;
 };
 
@@ -47,6 +59,9 @@ public:
     /// The loads of the current document as tables (load cases, combinations, envelopes,
     /// checksums).
     static inline void (*Izvestaj)(CLoadsReport& report) = nullptr;
+    /// The same tables, each handed to the visitor as it is made, with its rows made as they
+    /// are walked: the tables of a large model are never held whole.
+    static inline void (*IzvestajPoTabelama)(const CLoadsReport::TableVisitor& visit) = nullptr;
     /// Fills the current (empty) document with an example model of a few storeys.
     static inline void (*NapraviPrimer)() = nullptr;
     /// Checks a model just read from a file (not yet open) against the invariants of the loads

@@ -37,3 +37,30 @@ TEST(TablePrinter, AlignsColumnsByCharactersAndNumbersToTheRight) {
     EXPECT_EQ(Render(SelectorTable("S", CSelectorList())),
               "S\n=\n   Pos  Text\n-  ---  ----\n(none)\n\n");
 }
+
+TEST(TablePrinter, ReportTablesMadeRowByRowPrintAsTheWholeTables) {
+    // Long cells followed by shorter ones, letters beyond ASCII, empty and missing cells.
+    const CLoadsReport::Table whole{L"Kombinacije",
+                                    {L"Rb", L"Naziv", L"I", L"II"},
+                                    {{L"1", L"1.35xI+Sneg", L"1.35", L"0.90"},
+                                     {L"2", L"Снег", L"", L"1.50"},
+                                     {L"10", L"Vetar Ž", L"0.75"},
+                                     {L"11", L"", L"1", L"2", L"ekstra"}}};
+    int walks = 0;
+    CLoadsReport::TableSource source{whole.title, whole.header,
+                                     [&](const CLoadsReport::RowVisitor& visit) {
+                                         ++walks;
+                                         CLoadsReport::Row row;
+                                         for (const CLoadsReport::Row& cells : whole.rows) {
+                                             row = cells;
+                                             visit(row);
+                                         }
+                                     }};
+    std::ostringstream rowByRow;
+    PrintTable(rowByRow, ToRowSource(source));
+    EXPECT_EQ(rowByRow.str(), Render(ToTextTable(whole)));
+    EXPECT_EQ(walks, 2); // measured, then written
+    std::ostringstream kept;
+    PrintTable(kept, ToRowSource(whole));
+    EXPECT_EQ(kept.str(), rowByRow.str());
+}
