@@ -119,11 +119,19 @@ CRowSource FactorRows(const std::string& title, const CLoadCounts& counts, Facto
             row.clear();
             row.emplace_back(number);
             row.emplace_back(name);
+            // Neighbouring factors are mostly the same (zeros): the last text is tried first.
+            uint64_t lastBits = 0;
+            const std::string* last = nullptr;
             for (const double factor : f) {
-                auto it = texts.find(std::bit_cast<uint64_t>(factor));
-                if (it == texts.end())
-                    it = texts.emplace(std::bit_cast<uint64_t>(factor), FormatFactor(factor)).first;
-                row.emplace_back(it->second);
+                const auto bits = std::bit_cast<uint64_t>(factor);
+                if (last == nullptr || bits != lastBits) {
+                    auto it = texts.find(bits);
+                    if (it == texts.end())
+                        it = texts.emplace(bits, FormatFactor(factor)).first;
+                    last = &it->second;
+                    lastBits = bits;
+                }
+                row.emplace_back(*last);
             }
             visit(row);
         });
@@ -135,9 +143,9 @@ void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
     frame.SetResultsMode(resultsMode);
     frame.ClearAnnouncements();
     CMainFrame::UpdateCombo(-1);
-    PrintTable(out, SelectorTable(resultsMode ? "Load selector, results mode"
-                                              : "Load selector, input mode",
-                                  frame.Combo()));
+    PrintTable(
+        out, SelectorRows(resultsMode ? "Load selector, results mode" : "Load selector, input mode",
+                          frame.Combo()));
     if (frame.Announcements().empty())
         out << "Status pane: (nothing announced)\n\n";
     for (const CHeadlessFrame::Announcement& announced : frame.Announcements())

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -52,16 +54,23 @@ public:
         for (size_t c = 0; c < row.size(); ++c) {
             const std::string_view text = row[c];
             m_widths[c] = std::max(m_widths[c], Width(text));
-            if (text.empty())
+            // A column with a cell that is no number is aligned left whatever follows.
+            if (text.empty() || m_allNumbers[c] == 0)
                 continue;
             const bool number = IsNumber(text);
-            m_anyNumber[c] = m_anyNumber[c] || number;
-            m_allNumbers[c] = m_allNumbers[c] && number;
+            m_anyNumber[c] = m_anyNumber[c] != 0 || number;
+            m_allNumbers[c] = number;
         }
         ++m_rows;
     }
 
     size_t Rows() const { return m_rows; }
+    /// Ends the measuring: the width of a whole line is known from here on.
+    void Measured() {
+        m_lineWidth = 0;
+        for (const size_t width : m_widths)
+            m_lineWidth += width + 2;
+    }
     const CRowSource::Row& Header() const { return m_header; }
     CRowSource::Row Rule() {
         m_rule.clear();
@@ -75,41 +84,57 @@ public:
 
     /// Appends the row, padded to the columns, without trailing blanks.
     void Write(std::string& out, const CRowSource::Row& row) const {
+        // The row is written into room made for its longest possible form at once: its columns
+        // with their gaps, and the bytes by which its texts are longer than their widths.
+        size_t room = m_lineWidth + 1;
+        for (size_t c = 0; c < m_widths.size(); ++c)
+            room += Cell(row, c).size();
         const size_t start = out.size();
+        out.resize(start + room);
+        char* const first = out.data() + start;
+        char* p = first;
         for (size_t c = 0; c < m_widths.size(); ++c) {
             const std::string_view text = Cell(row, c);
             const size_t fill = m_widths[c] - Width(text);
-            if (c != 0)
-                out.append(2, ' ');
-            const bool right = m_anyNumber[c] && m_allNumbers[c];
-            if (right)
-                out.append(fill, ' ');
-            out.append(text);
-            if (!right)
-                out.append(fill, ' ');
+            if (c != 0) {
+                p[0] = ' ';
+                p[1] = ' ';
+                p += 2;
+            }
+            const bool right = m_anyNumber[c] != 0 && m_allNumbers[c] != 0;
+            if (right) {
+                std::memset(p, ' ', fill);
+                p += fill;
+            }
+            std::memcpy(p, text.data(), text.size());
+            p += text.size();
+            if (!right) {
+                std::memset(p, ' ', fill);
+                p += fill;
+            }
         }
-        size_t end = out.size();
-        while (end > start && out[end - 1] == ' ')
-            --end;
-        out.resize(end);
-        out.push_back('\n');
+        while (p > first && p[-1] == ' ')
+            --p;
+        *p++ = '\n';
+        out.resize(static_cast<size_t>(p - out.data()));
     }
 
 private:
     void Grow(size_t columns) {
         while (m_widths.size() < columns) {
             m_widths.push_back(Width(Cell(m_header, m_widths.size())));
-            m_anyNumber.push_back(false);
-            m_allNumbers.push_back(true);
+            m_anyNumber.push_back(0);
+            m_allNumbers.push_back(1);
         }
     }
 
     CRowSource::Row m_header;
     std::vector<size_t> m_widths;
-    std::vector<bool> m_anyNumber;
-    std::vector<bool> m_allNumbers;
+    std::vector<uint8_t> m_anyNumber;
+    std::vector<uint8_t> m_allNumbers;
     std::vector<std::string> m_rule;
     size_t m_rows = 0;
+    size_t m_lineWidth = 0;
 };
 
 /// Text collected for the stream and handed over in large pieces.
@@ -162,6 +187,24 @@ CTextTable SelectorTable(const std::string& title, const CSelectorList& selector
     return table;
 }
 
+CRowSource SelectorRows(const std::string& title, const CSelectorList& selector) {
+    CRowSource source{title, {" ", "Pos", "Text"}, {}};
+    source.rows = [&selector](const CRowSource::Visitor& visit) {
+        std::string position;
+        std::string text;
+        CRowSource::Row row(3);
+        for (int pos = 0; pos < selector.GetCount(); ++pos) {
+            position = std::to_string(pos);
+            text = selector.GetText(pos).ToUtf8();
+            row[0] = pos == selector.GetCurSel() ? ">" : "";
+            row[1] = position;
+            row[2] = text;
+            visit(row);
+        }
+    };
+    return source;
+}
+
 namespace {
 
 /// The UTF-8 texts of one row of the report, kept from one row to the next so that their room
@@ -181,11 +224,16 @@ public:
 
 private:
     static void Convert(const CString& cell, std::string& text) {
-        // Most cells are numbers and plain names: they are copied as they are.
-        if (std::all_of(cell.begin(), cell.end(), [](wchar_t ch) { return ch >= 0 && ch < 0x80; }))
-            text.assign(cell.begin(), cell.end());
-        else
-            text = cell.ToUtf8();
+        // Most cells are numbers and plain names: their characters are copied as they are.
+        text.resize(cell.size());
+        for (size_t i = 0; i < cell.size(); ++i) {
+            const wchar_t ch = cell[i];
+            if (ch < 0 || ch >= 0x80) {
+                text = cell.ToUtf8();
+                return;
+            }
+            text[i] = static_cast<char>(ch);
+        }
     }
 
     std::vector<std::string> m_texts;
@@ -235,6 +283,7 @@ void PrintTable(std::ostream& out, const CTextTable& table) {
 void PrintTable(std::ostream& out, const CRowSource& table) {
     CLayout layout(table.header);
     table.rows([&layout](const CRowSource::Row& row) { layout.Measure(row); });
+    layout.Measured();
 
     COutput output(out);
     std::string& text = output.Text();

@@ -40,6 +40,10 @@ struct CRowSource {
     std::function<void(const Visitor& visit)> rows;
 };
 
+/// The selector's table with its rows made as they are printed, for a selector of many loads;
+/// it is walked while the selector stays as it is.
+CRowSource SelectorRows(const std::string& title, const CSelectorList& selector);
+
 /// The table of the loads report as rows made one at a time (UTF-8 from the report's texts).
 CRowSource ToRowSource(const CLoadsReport::Table& table);
 /// A table of the report whose rows are made as they are walked, in UTF-8; it is walked while

@@ -14,8 +14,10 @@
 #include "toler/Toler.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 namespace opterecenje {
@@ -113,6 +115,7 @@ Tabela TabelaKombinacija(const std::vector<const CKombinacijaOpterecenja*>& komb
         // One row and one vector of coefficients serve every combination in turn.
         Red red(3 + static_cast<size_t>(nSlOpt));
         std::vector<double> koef(static_cast<size_t>(nSlOpt), 0.0);
+        std::unordered_map<uint64_t, CString> tekstovi;
         for (const CKombinacijaOpterecenja* p : kombinacije) {
             const CKombOptItem& item = p->Item();
             red[0] = Broj(item.GetRedniBroj());
@@ -128,10 +131,16 @@ Tabela TabelaKombinacija(const std::vector<const CKombinacijaOpterecenja*>& komb
                     koef[static_cast<size_t>(it->second - 1)] += k;
             }
             for (size_t k = 0; k < koef.size(); ++k) {
-                if (CToler::Jednaki(koef[k], 0.0))
+                if (CToler::Jednaki(koef[k], 0.0)) {
                     red[3 + k].Empty();
-                else
-                    red[3 + k] = Koeficijent(koef[k]);
+                    continue;
+                }
+                // A model has few distinct coefficients: each is formatted once.
+                auto it = tekstovi.find(std::bit_cast<uint64_t>(koef[k]));
+                if (it == tekstovi.end())
+                    it = tekstovi.emplace(std::bit_cast<uint64_t>(koef[k]), Koeficijent(koef[k]))
+                             .first;
+                red[3 + k] = it->second;
             }
             visit(red);
         }

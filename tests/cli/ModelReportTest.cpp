@@ -89,3 +89,36 @@ TEST(ModelReport, SelectorIsFilledInTheRequestedModeWithItsAnnouncements) {
     EXPECT_NE(results.str().find("Status pane: (nothing announced)\n"), std::string::npos);
     CMainFrame::UpdateCombo = nullptr;
 }
+
+namespace {
+
+/// Factors with runs of equal values, negative zeros and values differing only in their last
+/// bits, by which the rows made one at a time could confuse texts.
+void Mesoviti(int i, CArray<double>& f) {
+    const double vrednosti[] = {0.0, 0.0, -0.0, 1.35, 1.35, 1.35 + 1e-15, 0.0, 2.0, 2.0, -1.5};
+    f.SetSize(10);
+    for (int m = 0; m < 10; ++m)
+        f[m] = vrednosti[(m + i) % 10];
+}
+
+void SviMesoviti(const CLoadsServices::FactorRowVisitor& visit) {
+    CArray<double> f;
+    for (int i = 0; i < 7; ++i) {
+        Mesoviti(i, f);
+        visit(i, f);
+    }
+}
+
+} // namespace
+
+TEST(ModelReport, FactorRowsMadeOneAtATimePrintAsTheWholeTable) {
+    const CLoadCounts counts{3, 3, 1};
+    std::ostringstream whole;
+    PrintTable(whole, FactorTable("F", counts, &Mesoviti));
+    for (const AllFactorsService all : {AllFactorsService{nullptr}, &SviMesoviti}) {
+        std::ostringstream rows;
+        PrintTable(rows, FactorRows("F", counts, &Mesoviti, all));
+        EXPECT_EQ(rows.str(), whole.str());
+    }
+    EXPECT_NE(whole.str().find("1.35  1.35  1.35"), std::string::npos) << whole.str();
+}

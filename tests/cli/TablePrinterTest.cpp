@@ -63,4 +63,14 @@ TEST(TablePrinter, ReportTablesMadeRowByRowPrintAsTheWholeTables) {
     std::ostringstream kept;
     PrintTable(kept, ToRowSource(whole));
     EXPECT_EQ(kept.str(), rowByRow.str());
+
+    // The selector, with its choice past the first position.
+    CSelectorList selector;
+    for (const wchar_t* text : {L"1. Stalno", L"2. Snežno opterećenje", L"", L"10. Kombinacija"})
+        selector.AddString(text);
+    selector.SetCurSel(3);
+    std::ostringstream selectorRows;
+    PrintTable(selectorRows, SelectorRows("Selector", selector));
+    EXPECT_EQ(selectorRows.str(), Render(SelectorTable("Selector", selector)));
+    EXPECT_NE(selectorRows.str().find(">    3  10. Kombinacija\n"), std::string::npos);
 }
