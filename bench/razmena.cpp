@@ -139,7 +139,6 @@ void Brojke(benchmark::State& state, const Izvestaj& izvestaj, size_t bajtova, b
     state.SetBytesProcessed(static_cast<int64_t>(bajtova) * state.iterations());
     state.counters["text_MB"] = MB(bajtova);
     state.counters["wall_ms"] = izvestaj.wallMs;
-    state.counters["peak_MB"] = izvestaj.maxRssKb / 1024.0;
     const double okvir = Okvir(menja);
     state.counters["open_save_ms"] = okvir;
     state.counters["beyond_open_save_MB_per_s"] =
