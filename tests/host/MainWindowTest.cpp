@@ -2,6 +2,7 @@
 // combination editor through its view, undo and redo, files, and the language.
 #include "HostFixture.h"
 
+#include "Languages.h"
 #include "LoadTables.h"
 #include "host/LoadsServices.h"
 #include "ui/DialogView.h"
@@ -123,4 +124,18 @@ TEST_F(HostTest, SwitchesTheLanguageOfMenusCommandsAndTables) {
 
     w.SetLanguage(ClTranslator::Bugarski, ClTranslator::Latinica);
     EXPECT_TRUE(ClTranslator::bugarskiJezik());
+
+    // The first start takes the language of the system's locale.
+    const struct {
+        const char* locale;
+        std::pair<int, int> language;
+    } locales[] = {
+        {"sr_RS", {ClTranslator::Srpski, ClTranslator::Cirilica}},
+        {"sr_Latn_RS", {ClTranslator::Srpski, ClTranslator::Latinica}},
+        {"hr_HR", {ClTranslator::Srpski, ClTranslator::Latinica}},
+        {"bg_BG", {ClTranslator::Bugarski, ClTranslator::Latinica}},
+        {"de_DE", {ClTranslator::Engleski, ClTranslator::Latinica}},
+    };
+    for (const auto& [locale, language] : locales)
+        EXPECT_EQ(Languages::FromLocale(QLocale(QString::fromLatin1(locale))), language) << locale;
 }

@@ -286,3 +286,42 @@ TEST_F(HostTest, GivesBackUnreachableUndoStepsWhenIdleAndPrintsTheTablesToPdf) {
     in.seekg(0, std::ios::end);
     EXPECT_GT(in.tellg(), 4000) << "five tables of the example model";
 }
+
+TEST_F(HostTest, KeepsTheStabilityParametersWithTheModel) {
+    CMainWindow& w = *m_window;
+    const auto file = ExampleFile("primer.vld");
+    ASSERT_TRUE(w.Document().Stabilnost().empty());
+
+    // The first combination chosen for the analysis in the stability editor's view.
+    w.Runner().SetShownHandler([](CQtDialogView& view, CDialogPresenter&) {
+        CQtGridView* combinations = view.GridView(1018);
+        ASSERT_NE(combinations, nullptr);
+        const QModelIndex first = combinations->model()->index(0, 1);
+        ASSERT_EQ(first.data(Qt::CheckStateRole), Qt::Unchecked);
+        EXPECT_TRUE(combinations->model()->setData(first, Qt::Checked, Qt::CheckStateRole));
+        Press(view, IDOK);
+    });
+    w.EditStabilnost();
+    const std::vector<uint8_t> record = w.Document().Stabilnost();
+    ASSERT_FALSE(record.empty());
+    EXPECT_EQ(w.Document().UndoName(), CString(L"Parametri stabilnosti"));
+    w.UndoStep();
+    EXPECT_TRUE(w.Document().Stabilnost().empty());
+    w.RedoStep();
+    EXPECT_EQ(w.Document().Stabilnost(), record);
+
+    // Saved and read back, the editor shows them again.
+    ASSERT_TRUE(w.SaveFile(QString::fromStdString(file.string())));
+    w.NewModel();
+    ASSERT_TRUE(w.OpenFile(QString::fromStdString(file.string())));
+    EXPECT_EQ(w.Document().Stabilnost(), record);
+    bool chosen = false;
+    w.Runner().SetShownHandler([&chosen](CQtDialogView& view, CDialogPresenter&) {
+        chosen = view.GridView(1018)->model()->index(0, 1).data(Qt::CheckStateRole) == Qt::Checked;
+        Press(view, IDCANCEL);
+    });
+    w.EditStabilnost();
+    w.Runner().SetShownHandler(nullptr);
+    EXPECT_TRUE(chosen);
+    EXPECT_FALSE(w.isWindowModified()) << "Cancel changes nothing";
+}
