@@ -53,8 +53,9 @@ void CDocument::Replace(std::unique_ptr<CObjBase> base) {
         CLoadsServices::ZaboraviDokument();
     CObjBase::SetCurrent(base.get());
     m_base = std::move(base);
-    m_undoNames.clear();
-    m_redoNames.clear();
+    m_undo.clear();
+    m_redo.clear();
+    m_nState = m_nBaseState = m_nSavedState = ++m_nLastState;
     ApplySettings();
     m_nSaved = Fingerprint();
 }
@@ -81,6 +82,7 @@ bool CDocument::Save(const std::filesystem::path& file, CString& error) {
     if (!CModelFile::Save(*m_base, file, error))
         return false;
     m_path = file;
+    m_nSavedState = m_nState;
     m_nSaved = Fingerprint();
     return true;
 }
@@ -93,8 +95,8 @@ size_t CDocument::Fingerprint() const {
         std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 
-bool CDocument::IsModified() const {
-    return Fingerprint() != m_nSaved;
+bool CDocument::HasUnsavedChanges() const {
+    return IsModified() || Fingerprint() != m_nSaved;
 }
 
 void CDocument::BeginCommand() {
@@ -105,24 +107,32 @@ void CDocument::EndCommand(const CString& name) {
     const int now = m_base->GetUndoCount();
     if (now > m_nUndoBefore) {
         for (int i = m_nUndoBefore; i < now; ++i)
-            m_undoNames.push_back(name);
-        m_redoNames.clear();
-    } else if (now < m_nUndoBefore || (!m_base->CanRedo() && !m_redoNames.empty())) {
-        // The history was cut (a change outside any step, or steps beyond the limit).
-        m_undoNames.clear();
-        m_redoNames.clear();
+            m_undo.push_back({name, ++m_nLastState});
+        m_redo.clear();
+        m_nState = m_undo.back().state;
+    } else if (now < m_nUndoBefore || (!m_base->CanRedo() && !m_redo.empty())) {
+        // The history was cut (a change outside any step, or steps beyond the limit): the
+        // model is in a state of its own.
+        m_undo.clear();
+        m_redo.clear();
+        m_nState = m_nBaseState = ++m_nLastState;
     }
-    // Names of steps beyond the limit are dropped from the oldest end.
-    while (static_cast<int>(m_undoNames.size()) > now)
-        m_undoNames.erase(m_undoNames.begin());
+    // Steps beyond the limit are dropped from the oldest end.
+    while (static_cast<int>(m_undo.size()) > now) {
+        m_nBaseState = m_undo.front().state;
+        m_undo.erase(m_undo.begin());
+    }
 }
 
 bool CDocument::Undo() {
     if (!m_base->Undo())
         return false;
-    if (!m_undoNames.empty()) {
-        m_redoNames.push_back(m_undoNames.back());
-        m_undoNames.pop_back();
+    if (!m_undo.empty()) {
+        m_redo.push_back(m_undo.back());
+        m_undo.pop_back();
+        m_nState = m_undo.empty() ? m_nBaseState : m_undo.back().state;
+    } else {
+        m_nState = ++m_nLastState;
     }
     ApplySettings();
     return true;
@@ -131,20 +141,23 @@ bool CDocument::Undo() {
 bool CDocument::Redo() {
     if (!m_base->Redo())
         return false;
-    if (!m_redoNames.empty()) {
-        m_undoNames.push_back(m_redoNames.back());
-        m_redoNames.pop_back();
+    if (!m_redo.empty()) {
+        m_undo.push_back(m_redo.back());
+        m_redo.pop_back();
+        m_nState = m_undo.back().state;
+    } else {
+        m_nState = ++m_nLastState;
     }
     ApplySettings();
     return true;
 }
 
 CString CDocument::UndoName() const {
-    return CanUndo() && !m_undoNames.empty() ? m_undoNames.back() : CString();
+    return CanUndo() && !m_undo.empty() ? m_undo.back().name : CString();
 }
 
 CString CDocument::RedoName() const {
-    return CanRedo() && !m_redoNames.empty() ? m_redoNames.back() : CString();
+    return CanRedo() && !m_redo.empty() ? m_redo.back().name : CString();
 }
 
 const CModel* CDocument::Model() const {

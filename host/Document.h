@@ -33,8 +33,12 @@ public:
     bool Open(const std::filesystem::path& file, CString& error);
     /// Writes the model to the file, which becomes its file.
     bool Save(const std::filesystem::path& file, CString& error);
-    /// Whether the model differs from what was last read or saved.
-    bool IsModified() const;
+    /// Whether the host's commands changed the model since it was last read or saved (cheap:
+    /// by the undo steps, for the window's title).
+    bool IsModified() const { return m_nState != m_nSavedState; }
+    /// Whether the model differs in any way from what was last read or saved (it compares the
+    /// whole model: for the question before a model is closed).
+    bool HasUnsavedChanges() const;
 
     // ------------------------------------------------------------- undo with step names
     /// Brackets one command of the user: the undo steps it made get its name.
@@ -66,7 +70,17 @@ private:
     std::unique_ptr<CObjBase> m_base;
     std::filesystem::path m_path;
     size_t m_nSaved = 0;
-    std::vector<CString> m_undoNames;
-    std::vector<CString> m_redoNames;
+    /// An undo step the host's commands made: its name and the state of the model it leads
+    /// to (a number that no other state of the model has).
+    struct CStep {
+        CString name;
+        uint64_t state = 0;
+    };
+    std::vector<CStep> m_undo;  // the newest last
+    std::vector<CStep> m_redo;  // the next to redo last
+    uint64_t m_nState = 0;      // the state of the model now
+    uint64_t m_nBaseState = 0;  // the state before the oldest step of m_undo
+    uint64_t m_nSavedState = 0; // the state last read or saved
+    uint64_t m_nLastState = 0;  // the last number given to a state
     int m_nUndoBefore = 0;
 };

@@ -2,22 +2,34 @@
 // CLoadTables: the central area of the desktop host: the model's load cases, combinations,
 // envelopes, the global scale and the checksums as read-only tables, one tab each, as the
 // loads module reports them. Printing and PDF export write the same tables.
+//
+// The views ask the report only for the cells they show, so that a model with tens of
+// thousands of combinations is refreshed after every change in the time the module takes to
+// report it, not in the time a widget per cell would take.
 #include "host/LoadsServices.h"
 
 #include <QTabWidget>
 
+#include <memory>
+#include <vector>
+
+class CLoadTableModel;
 class QPrinter;
-class QTableWidget;
+class QTableView;
+class QTimer;
 
 class CLoadTables : public QTabWidget {
     Q_OBJECT
 public:
     explicit CLoadTables(QWidget* parent = nullptr);
+    ~CLoadTables() override;
 
     /// Asks the module for the tables of the current model and shows them.
     void Refresh();
+    /// Refreshes once the event loop runs, once however often it is asked before.
+    void RefreshLater();
     const CLoadsReport& Report() const { return m_report; }
-    QTableWidget* Table(int index) const;
+    QTableView* Table(int index) const;
 
     /// Writes every table to the printer (or a PDF file the printer is set to), page by page.
     void Print(QPrinter& printer, const QString& title) const;
@@ -26,4 +38,6 @@ public:
 
 private:
     CLoadsReport m_report;
+    QTimer* m_later = nullptr;
+    std::vector<CLoadTableModel*> m_models; // owned by their views
 };

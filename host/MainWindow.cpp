@@ -43,7 +43,7 @@ CMainWindow::CMainWindow(COptionInfoList& commands, QWidget* parent)
         CLoadsServices::PostaviChangeLoadCaseTo(&AcceptLoadChange);
     CVortaUtils::SetViewsHandler([this](int, int, int, int, int) {
         // Views are refreshed once the module's work is done.
-        QTimer::singleShot(0, this, [this] { m_tables->Refresh(); });
+        m_tables->RefreshLater();
     });
 
     m_tables = new CLoadTables(this);
@@ -321,7 +321,7 @@ bool CMainWindow::SaveAs() {
 }
 
 bool CMainWindow::MaybeSave() {
-    if (!m_doc.IsModified())
+    if (!m_doc.HasUnsavedChanges())
         return true;
     const int answer = CVortaMessageBox::MessageBoxW(
         ClTranslator::Translate(L"Model je izmenjen. Da li zelite da snimite izmene?"),

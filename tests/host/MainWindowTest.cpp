@@ -13,7 +13,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTableWidget>
+#include <QTableView>
 #include <QTest>
 
 #include <fstream>
@@ -35,7 +35,7 @@ void Answer(const QString& button, QString* text = nullptr) {
 }
 
 int Rows(CMainWindow& window, int table) {
-    return window.Tables().Table(table)->rowCount();
+    return window.Tables().Table(table)->model()->rowCount();
 }
 
 } // namespace
@@ -101,7 +101,8 @@ TEST_F(HostTest, RunsTheCombinationEditorThroughItsViewWithUndoAndRedo) {
     w.Runner().SetShownHandler(nullptr);
     ASSERT_GT(generated, 6);
     EXPECT_EQ(Rows(w, 1), generated);
-    EXPECT_EQ(w.Tables().Table(1)->item(0, 1)->text(), QStringLiteral("Moja kombinacija"));
+    EXPECT_EQ(w.Tables().Table(1)->model()->index(0, 1).data().toString(),
+              QStringLiteral("Moja kombinacija"));
     EXPECT_TRUE(w.findChild<QAction*>() != nullptr);
 
     w.UndoStep();

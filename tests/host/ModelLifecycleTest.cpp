@@ -18,7 +18,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTableWidget>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
@@ -102,12 +102,11 @@ private:
 };
 
 int Rows(CMainWindow& window, int table) {
-    return window.Tables().Table(table)->rowCount();
+    return window.Tables().Table(table)->model()->rowCount();
 }
 
 QString Cell(CMainWindow& window, int table, int row, int col) {
-    const QTableWidgetItem* item = window.Tables().Table(table)->item(row, col);
-    return item != nullptr ? item->text() : QString();
+    return window.Tables().Table(table)->model()->index(row, col).data().toString();
 }
 
 constexpr int kLoadCases = 3517;
@@ -237,6 +236,10 @@ TEST_F(HostTest, AsksBeforeClosingAChangedModelAndOffersRecentFiles) {
     CMainWindow& w = *m_window;
     const auto file = ExampleFile("primer.vld");
     w.SetTeorija(2);
+    ASSERT_TRUE(w.isWindowModified());
+    w.UndoStep();
+    EXPECT_FALSE(w.isWindowModified()) << "back to the saved model";
+    w.RedoStep();
     ASSERT_TRUE(w.isWindowModified());
     {
         const CAnswerBoxes cancel(QStringLiteral("Cancel"));
