@@ -106,7 +106,8 @@ public:
                 std::memset(p, ' ', fill);
                 p += fill;
             }
-            std::memcpy(p, text.data(), text.size());
+            if (!text.empty()) // an empty cell may have no bytes at all to copy from
+                std::memcpy(p, text.data(), text.size());
             p += text.size();
             if (!right) {
                 std::memset(p, ' ', fill);
