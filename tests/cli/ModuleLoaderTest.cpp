@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <dlfcn.h>
 
 namespace {
 
@@ -44,6 +45,14 @@ TEST(ModuleLoader, LoadsTheModuleAndForgetsItsServicesWhenGone) {
             EXPECT_EQ(commands.GetSize(), 8);
             ASSERT_NE(commands.Find(3403), nullptr);
             EXPECT_TRUE(commands.Find(3403)->m_bCombo);
+            // The module shows the process its set-up entry and the generalized load case,
+            // and keeps the rest (here the combination command) to itself.
+            void* module = ::dlopen(VORTA_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD);
+            ASSERT_NE(module, nullptr);
+            EXPECT_NE(::dlsym(module, kModuleSetUpEntry), nullptr);
+            EXPECT_NE(::dlsym(module, "_ZNK20CGeneralizedLoadCase8ToFillerER7CFiller"), nullptr);
+            EXPECT_EQ(::dlsym(module, "_ZN15COpterecenjeApp24OnKombinacijeOpterecenjaEv"), nullptr);
+            ::dlclose(module);
             // One loader holds one module.
             EXPECT_FALSE(loader.Load(VORTA_MODULE_PATH, commands, error));
             EXPECT_NE(error, "");
