@@ -291,8 +291,8 @@ void CDlgKombOptStabilnost::OnOK() {
     }
     if (!nepravilne.empty()) {
         CString poruka;
-        poruka.Format(Prevod(L"$$%s. (%d)\r\n%s").c_str(),
-                      Prevod(L"Nepravilna kombinacija").c_str(), nepravilne.front(),
+        poruka.Format(L"%s. (%d)\r\n%s", Prevod(L"Nepravilna kombinacija").c_str(),
+                      nepravilne.front(),
                       Prevod(L"Kombinacija mora da sadrzi bar jedno opterecenje koje moze da se "
                              L"menja.")
                           .c_str());
