@@ -198,10 +198,10 @@ CObjBase::Entry* CObjBase::Slot(int32_t id) {
 }
 
 const CObjBase::Entry* CObjBase::Slot(int32_t id) const {
-    if (id >= 0 && id < kDenseIds) {
-        const auto index = static_cast<size_t>(id);
-        return index < m_dense.size() && m_dense[index].obj ? &m_dense[index] : nullptr;
-    }
+    if (id >= 0 && static_cast<size_t>(id) < m_dense.size() && m_dense[static_cast<size_t>(id)].obj)
+        return &m_dense[static_cast<size_t>(id)];
+    if (m_sparse.empty())
+        return nullptr;
     const auto it = m_sparse.find(id);
     return it == m_sparse.end() ? nullptr : &it->second;
 }
@@ -283,8 +283,9 @@ CObjBase::TypeList& CObjBase::List(int type) {
 void CObjBase::Place(Owned obj, int type, uint64_t order) {
     const int32_t id = obj->GetId().GetValue();
     Entry* entry = nullptr;
-    if (id >= 0 && id < kDenseIds) {
-        const auto index = static_cast<size_t>(id);
+    const auto index = static_cast<size_t>(id);
+    if (id >= 0 && id < kDenseIds && index < std::max(m_dense.size(), 4 * m_count + kDenseSlack) &&
+        (m_sparse.empty() || !m_sparse.contains(id))) {
         if (index >= m_dense.size())
             m_dense.resize(std::max(index + 1, 2 * m_dense.size()));
         entry = &m_dense[index];
@@ -320,7 +321,8 @@ CObjBase::Owned CObjBase::Remove(int32_t id) {
         ++list.removed;
     }
     Owned obj = std::move(entry->obj);
-    if (id < 0 || id >= kDenseIds)
+    if (id < 0 || static_cast<size_t>(id) >= m_dense.size() ||
+        entry != &m_dense[static_cast<size_t>(id)])
         m_sparse.erase(id);
     --m_count;
     return obj;

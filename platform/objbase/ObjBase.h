@@ -162,8 +162,11 @@ private:
     void Compact(int type, TypeList& list) const;
 
     static constexpr int32_t kDenseIds = int32_t{1} << 20;
-    // Objects by id: ids below kDenseIds by index (store ids are small positive numbers), any
-    // other in a hash map.
+    /// How far beyond the stored objects the table by index may reach for a new id.
+    static constexpr size_t kDenseSlack = 4096;
+    // Objects by id: ids the store hands out are small positive numbers, kept by index; an id
+    // that lies far beyond the objects there are (read from a file, say) goes into a hash map,
+    // so that a few objects never cost a table of a million entries.
     std::vector<Entry> m_dense;
     std::unordered_map<int32_t, Entry> m_sparse;
     size_t m_count = 0;

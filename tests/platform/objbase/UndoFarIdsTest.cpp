@@ -21,7 +21,7 @@ TEST(UndoFarIds, ObjectsWithFarIdsAreRecordedOnceAndRestoredExactly) {
     CObjBase base;
     using State = std::pair<std::vector<std::pair<int, std::vector<uint8_t>>>, int32_t>;
     auto capture = [&base] { return State{Contents(base), base.GetNextId()}; };
-    const int32_t far[] = {5000000, 2000000000, 7};
+    const int32_t far[] = {5000000, 2000000000, 7, 131072};
     {
         CBaseManager bm(CTestZapis::Type, &base);
         CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
@@ -52,4 +52,25 @@ TEST(UndoFarIds, ObjectsWithFarIdsAreRecordedOnceAndRestoredExactly) {
         ASSERT_TRUE(base.Undo());
         EXPECT_EQ(capture(), before);
     }
+}
+
+TEST(UndoFarIds, AnIdKeptApartIsFoundAndDeletedOnceTheTableByIndexReachesIt) {
+    RegisterTestRecords();
+    CObjBase base;
+    CBaseManager bm(CTestZapis::Type, &base);
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Write));
+    // Alone, id 9000 lies beyond what the few objects justify; then 5000 objects make the
+    // table by index reach past it.
+    ASSERT_TRUE(base.InsertLoaded(Loaded(9000, 9)));
+    for (int32_t id = 1; id <= 5000; ++id)
+        ASSERT_TRUE(base.InsertLoaded(Loaded(id, id % 7)));
+    ASSERT_NE(bm.GetR(CId(9000)), nullptr);
+    EXPECT_EQ(static_cast<const CTestZapis*>(bm.GetR(CId(9000)))->m_nVrednost, 9);
+    EXPECT_EQ(bm.GetR(CId(8999)), nullptr);
+    EXPECT_FALSE(base.InsertLoaded(Loaded(9000, 1))) << "an id is taken once";
+    ASSERT_TRUE(bm.Delete(CId(9000)));
+    EXPECT_EQ(bm.GetR(CId(9000)), nullptr);
+    ASSERT_TRUE(base.InsertLoaded(Loaded(9000, 3)));
+    EXPECT_EQ(static_cast<const CTestZapis*>(bm.GetR(CId(9000)))->m_nVrednost, 3);
+    EXPECT_EQ(base.Count(CTestZapis::Type), 5001);
 }
