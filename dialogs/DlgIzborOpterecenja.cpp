@@ -2,7 +2,7 @@
 #include "dialogs/DlgIzborOpterecenja.h"
 
 #include "diag/Assert.h"
-#include "dialogs/DlgNazivSlucaja.h"
+#include "dialogs/DlgNaziv.h"
 #include "dialogs/EditoriOpterecenja.h"
 #include "dialogs/EditoriResursi.h"
 #include "grid/GridImages.h"
