@@ -215,6 +215,12 @@ ExitCode RunCaseMove(const CCommandOptions& options, const std::string& item, in
                 if (row == 0)
                     return ExitCode::Usage;
                 moved = "\"" + grid.GetItemText(row, kNaziv).ToUtf8() + "\"";
+                const int count = grid.GetRowCount() - 1;
+                if (to < 1 || to > count) {
+                    err << kProgram << "load case " << moved << " cannot move to " << to
+                        << ": the model has load cases 1 to " << count << '\n';
+                    return ExitCode::Usage;
+                }
                 grid.UserClick(row, kNaziv);
                 while (row != to) {
                     d.UserClick(row < to ? IDC_DOLE : IDC_GORE);

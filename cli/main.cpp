@@ -5,6 +5,8 @@
 #include "diag/Assert.h"
 #include "host/ModuleLoader.h"
 #include "host/ProcessSetUp.h"
+#include "text/Catalogs.h"
+#include "text/Translator.h"
 
 #include <CLI/CLI.hpp>
 
@@ -16,6 +18,11 @@ int main(int argc, char** argv) {
     vhost::HeapInHugePages(argv);
     // A check of the program that fails must never look like success to a script.
     vdiag::SetFatalExitCode(static_cast<int>(ExitCode::Internal));
+    // The module's tables and messages come in the language of the locale, as in the desktop
+    // host: English under C and POSIX.
+    vtext::LoadCatalogs(vtext::CatalogDirectory());
+    const auto [language, subLanguage] = vtext::LanguageOfEnvironment();
+    ClTranslator::SetLanguage(language, subLanguage);
     CLI::App app{"The headless host of the loads module: builds, changes, shows and exchanges the "
                  "loads of model files."};
     app.name("vorta-cli");

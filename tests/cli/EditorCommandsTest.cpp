@@ -66,10 +66,19 @@ TEST_F(VortaCliEditors, LoadCasesAreAddedRenamedMovedAndDeletedWithWhatGoesAlong
     EXPECT_EQ(model["envelopes"][0]["selection"], "2-6");
 
     // An SRSS case keeps to its block; deleting a direction takes the SRSS case along.
+    const std::string before = ReadText(m_dir.Path() / "m.vld");
     const CRun blocked = RunCli(m_dir, "case move m.vld E --to 2");
     EXPECT_EQ(blocked.code, 2);
     EXPECT_EQ(blocked.err, "vorta-cli: load case \"E\" cannot move to 2: ordinary load cases and "
                            "SRSS cases each keep to their block\n");
+    // A place beyond the list is named as such.
+    for (const char* to : {"7", "0", "-1"}) {
+        const CRun beyond = RunCli(m_dir, std::string("case move m.vld G --to ") + to);
+        EXPECT_EQ(beyond.code, 2) << to;
+        EXPECT_EQ(beyond.err, std::string("vorta-cli: load case \"G\" cannot move to ") + to +
+                                  ": the model has load cases 1 to 6\n");
+    }
+    EXPECT_EQ(ReadText(m_dir.Path() / "m.vld"), before);
     Run("generate m.vld");
     Run("case delete m.vld EX");
     model = Model();
@@ -100,6 +109,9 @@ TEST_F(VortaCliEditors, EnvelopesAndSrssCasesAreSetByTheirEditors) {
     const CRun one = RunCli(m_dir, "srss set m.vld E --weights EX=1");
     EXPECT_EQ(one.code, 2);
     EXPECT_EQ(one.err, "vorta-cli: Greska: Bar dva koeficijenta moraju biti razlicita od nule.\n");
+    // The editor's refusal comes in the language of the locale, English under C.
+    EXPECT_EQ(RunCli(m_dir, "srss set m.vld E --weights EX=1", "LC_ALL= LC_MESSAGES= LANG=C").err,
+              "vorta-cli: Error: At least two coefficients must be other than zero.\n");
     EXPECT_EQ(RunCli(m_dir, "srss set m.vld E --weights EX=1,EY=0.001").code, 2);
     EXPECT_EQ(RunCli(m_dir, "envelope add m.vld X --select 1-99").code, 2);
     EXPECT_EQ(ReadText(m_dir.Path() / "m.vld"), before);

@@ -1,10 +1,12 @@
 // Compiled catalogs read into the translator, and the Cyrillic sub-language of Serbian.
 #include "platform/TempDir.h"
+#include "text/Catalogs.h"
 #include "text/Translator.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -85,4 +87,43 @@ TEST(Catalog, ReadsCompiledCatalogsAndFallsBackFromTheSubLanguage) {
     ClTranslator::SetLanguage(ClTranslator::Engleski);
     EXPECT_EQ(ClTranslator::Translate(L"Sneg"), CString(L"Sneg"));
     ClTranslator::SetLanguage(ClTranslator::Srpski);
+}
+
+TEST(Catalog, TheLanguageOfALocaleNameAndOfTheEnvironment) {
+    using L = std::pair<int, int>;
+    const L english{ClTranslator::Engleski, ClTranslator::Latinica};
+    const L latin{ClTranslator::Srpski, ClTranslator::Latinica};
+    const L cyrillic{ClTranslator::Srpski, ClTranslator::Cirilica};
+    const L bulgarian{ClTranslator::Bugarski, ClTranslator::Latinica};
+    const std::pair<const char*, L> names[] = {
+        {"C", english},
+        {"POSIX", english},
+        {"C.UTF-8", english},
+        {"en_GB.UTF-8", english},
+        {"de_DE", english},
+        {"", english},
+        {"sr_RS", cyrillic},
+        {"sr_RS.UTF-8", cyrillic},
+        {"sr_RS@latin", latin},
+        {"sr@latin", latin},
+        {"hr_HR.UTF-8", latin},
+        {"bs_BA", latin},
+        {"bg_BG.UTF-8", bulgarian},
+        {"srp", english},
+    };
+    for (const auto& [name, language] : names)
+        EXPECT_EQ(vtext::LanguageOfLocaleName(name), language) << name;
+
+    // LC_ALL before LC_MESSAGES before LANG; an empty one does not count.
+    ::setenv("LC_ALL", "", 1);
+    ::setenv("LC_MESSAGES", "bg_BG", 1);
+    ::setenv("LANG", "sr_RS@latin", 1);
+    EXPECT_EQ(vtext::LanguageOfEnvironment(), bulgarian);
+    ::setenv("LC_ALL", "C", 1);
+    EXPECT_EQ(vtext::LanguageOfEnvironment(), english);
+    ::unsetenv("LC_ALL");
+    ::unsetenv("LC_MESSAGES");
+    EXPECT_EQ(vtext::LanguageOfEnvironment(), latin);
+    ::unsetenv("LANG");
+    EXPECT_EQ(vtext::LanguageOfEnvironment(), english);
 }
