@@ -1,11 +1,19 @@
 // A JSON text read into a tree of values that know their place in the text.
+//
+// Two JSON libraries read it. The fast one reads every text first; a text it refuses, or one
+// whose reading leaves any doubt, is read again by the other, whose account of a syntax error
+// (its words and its place) is the one users get. A text both accept gives both the same
+// events, so the tree is the same whichever read it.
 #include "services/JsonStablo.h"
 
 #include "text/Translator.h"
 
 #include <nlohmann/json.hpp>
+#include <rapidjson/reader.h>
 
 #include <algorithm>
+#include <charconv>
+#include <cstring>
 #include <iterator>
 #include <unordered_map>
 
@@ -59,7 +67,7 @@ bool ZnakBroja(char c) {
     return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
 }
 
-bool KljucParova(const std::string& kljuc) {
+bool KljucParova(std::string_view kljuc) {
     return kljuc == "coefficients" || kljuc == "srss" || kljuc == "fixed";
 }
 
@@ -124,12 +132,12 @@ public:
         return Broj(static_cast<double>(v), ceo, ceo ? static_cast<int64_t>(v) : 0);
     }
     bool number_float(double v, const std::string&) { return Broj(v, false, 0); }
-    bool string(std::string& s) {
+    bool string(std::string_view s) {
         if (m_parDubina > 0)
             return ImeUParu(s);
         CCvor* c = Novi(CCvor::Vrsta::Tekst, false);
         if (c != nullptr)
-            c->s = std::move(s);
+            c->s = Procitan(c->poz, s);
         return c != nullptr;
     }
     bool binary(nlohmann::json::binary_t&) { return false; }
@@ -138,16 +146,17 @@ public:
             return NijePar();
         return Otvori(CCvor::Vrsta::Objekat);
     }
-    bool key(std::string& k) {
+    bool key(std::string_view k) {
         const size_t poz = Pocetak();
         m_kraj = Kursor();
-        CCvor& objekat = *m_stek.back();
-        if (objekat.deca.size() >= kNajviseClanova)
+        const std::vector<CCvor>& clanovi = m_deca[m_stek.size() - 1];
+        if (clanovi.size() >= kNajviseClanova)
             return Odbij(poz, T(L"an object with more members than this format has"));
-        if (objekat.Clan(k) != nullptr)
-            return Odbij(poz, CString::Formatted(T(L"the key \"%s\" is given twice").c_str(),
-                                                 CString::FromUtf8(k).c_str()));
-        m_kljuc = std::move(k);
+        for (const CCvor& c : clanovi)
+            if (c.kljuc == k)
+                return Odbij(poz, CString::Formatted(T(L"the key \"%s\" is given twice").c_str(),
+                                                     CString::FromUtf8(k).c_str()));
+        m_kljuc = Procitan(poz, k);
         m_kljucPoz = poz;
         return true;
     }
@@ -203,6 +212,14 @@ public:
 private:
     size_t Kursor() const { return static_cast<size_t>(m_kursor - m_tekst.data()); }
 
+    /// A string just read, written from poz (its opening quote) to the cursor: the text's own
+    /// bytes when they are the string's (no escapes make it longer), else a copy the tree keeps.
+    std::string_view Procitan(size_t poz, std::string_view s) const {
+        if (Kursor() == poz + s.size() + 2)
+            return m_tekst.substr(poz + 1, s.size());
+        return m_stablo.Zadrzi(s);
+    }
+
     /// The first byte of the token just read: after the end of the one before it, blanks and
     /// separators skipped.
     size_t Pocetak() const {
@@ -241,15 +258,15 @@ private:
         if (m_stek.empty()) {
             c = &m_stablo.m_koren;
         } else {
-            CCvor& roditelj = *m_stek.back();
-            c = &roditelj.deca.emplace_back();
-            if (roditelj.vrsta == CCvor::Vrsta::Objekat) {
-                c->kljuc = std::move(m_kljuc);
-                c->kljucPoz = m_kljucPoz;
+            // The open container's values wait side by side until it closes.
+            c = &m_deca[m_stek.size() - 1].emplace_back();
+            if (m_stek.back()->vrsta == CCvor::Vrsta::Objekat) {
+                c->kljuc = m_kljuc;
+                c->kljucPoz = static_cast<uint32_t>(m_kljucPoz);
             }
         }
         c->vrsta = vrsta;
-        c->poz = poz;
+        c->poz = static_cast<uint32_t>(poz);
         return c;
     }
 
@@ -288,16 +305,17 @@ private:
         return true;
     }
 
-    bool ImeUParu(std::string& s) {
+    bool ImeUParu(std::string_view s) {
         const size_t poz = Pocetak();
         m_kraj = Kursor();
         if (m_parDubina == 1 || m_nElemenata != 0)
             return Odbij(poz, m_nElemenata == 1 ? T(L"the second member of a pair must be a number")
                                                 : T(L"a pair must hold a load case and a number"));
-        auto [it, nov] =
-            m_indeksImena.try_emplace(std::move(s), static_cast<int32_t>(m_stablo.m_imena.size()));
-        if (nov)
+        auto it = m_indeksImena.find(s);
+        if (it == m_indeksImena.end()) {
+            it = m_indeksImena.emplace(s, static_cast<int32_t>(m_stablo.m_imena.size())).first;
             m_stablo.m_imena.push_back(it->first);
+        }
         m_par.ime = it->second;
         m_par.poz = static_cast<uint32_t>(poz);
         ++m_nElemenata;
@@ -308,15 +326,20 @@ private:
         if (m_stek.size() >= kNajvecaDubina)
             return Odbij(Pocetak(), T(L"values nested deeper than this format allows"));
         CCvor* c = Novi(vrsta, false);
-        // Combinations, the bulk of a description, are objects of three members.
-        if (vrsta == CCvor::Vrsta::Objekat)
-            c->deca.reserve(4);
         m_stek.push_back(c);
+        if (m_deca.size() < m_stek.size())
+            m_deca.emplace_back();
         return true;
     }
 
+    /// The container closes: its values go side by side into the tree.
     bool Zatvori() {
         m_kraj = Pocetak() + 1;
+        std::vector<CCvor>& deca = m_deca[m_stek.size() - 1];
+        if (!deca.empty()) {
+            m_stek.back()->deca = m_stablo.Smesti(deca);
+            deca.clear();
+        }
         m_stek.pop_back();
         return true;
     }
@@ -326,21 +349,163 @@ private:
     const char* const& m_kursor;
     size_t m_kraj = 0; // where the last token ended
     std::vector<CCvor*> m_stek;
-    std::string m_kljuc;
+    // The values of each open container, by its depth.
+    std::vector<std::vector<CCvor>> m_deca;
+    std::string_view m_kljuc;
     size_t m_kljucPoz = 0;
     // Inside an array of pairs: 1 between pairs, 2 within a pair.
     int m_parDubina = 0;
     int m_nElemenata = 0;
     CParJson m_par;
-    std::unordered_map<std::string, int32_t> m_indeksImena;
+    struct CHes {
+        using is_transparent = void;
+        size_t operator()(std::string_view s) const { return std::hash<std::string_view>()(s); }
+    };
+    std::unordered_map<std::string, int32_t, CHes, std::equal_to<>> m_indeksImena;
 };
 
-bool CStabloJson::Procitaj(std::string_view tekst) {
+namespace {
+
+/// The text as the fast library reads it: byte by byte up to its end, the place of the next
+/// byte kept where the tree's builder sees it.
+class CTokTeksta {
+public:
+    using Ch = char;
+
+    CTokTeksta(std::string_view tekst, const char*& kursor)
+        : m_pocetak(tekst.data()), m_kraj(tekst.data() + tekst.size()), m_p(kursor) {}
+
+    Ch Peek() const { return m_p == m_kraj ? '\0' : *m_p; }
+    Ch Take() { return m_p == m_kraj ? '\0' : *m_p++; }
+    size_t Tell() const { return static_cast<size_t>(m_p - m_pocetak); }
+    // Never written to: the text is read as it is.
+    Ch* PutBegin() { return nullptr; }
+    void Put(Ch) {}
+    void Flush() {}
+    size_t PutEnd(Ch*) { return 0; }
+
+    const char* Pocetak() const { return m_pocetak; }
+    const char* Kursor() const { return m_p; }
+
+private:
+    const char* m_pocetak;
+    const char* m_kraj;
+    const char*& m_p;
+};
+
+/// The fast library's events passed to the tree's builder as the other library raises them.
+/// Whatever the two libraries might read differently gives up the reading (m_sumnja), and the
+/// text is then read again by the other: a number that only the other's conversion rounds as
+/// it should, and a text that holds a byte 0 or the UTF-8 of an unpaired surrogate, which the
+/// fast library lets through.
+class CBrziDogadjaji {
+public:
+    CBrziDogadjaji(CGraditeljStabla& graditelj, const CTokTeksta& tok)
+        : m_graditelj(graditelj), m_tok(tok) {}
+
+    bool Null() { return m_graditelj.null(); }
+    bool Bool(bool b) { return m_graditelj.boolean(b); }
+    bool Int(int v) { return m_graditelj.number_integer(v); }
+    bool Uint(unsigned v) { return m_graditelj.number_unsigned(v); }
+    bool Int64(int64_t v) { return m_graditelj.number_integer(v); }
+    bool Uint64(uint64_t v) { return m_graditelj.number_unsigned(v); }
+    bool Double(double) {
+        // The number's text ends where the reading stands; no byte before a number belongs to
+        // one. It is converted anew, rounded as the other library rounds it.
+        const char* kraj = m_tok.Kursor();
+        const char* pocetak = kraj;
+        while (pocetak > m_tok.Pocetak() && ZnakBroja(pocetak[-1]))
+            --pocetak;
+        double d = 0.0;
+        const auto r = std::from_chars(pocetak, kraj, d);
+        if (r.ec != std::errc() || r.ptr != kraj)
+            return Sumnja();
+        std::string tekst;
+        return m_graditelj.number_float(d, tekst);
+    }
+    bool RawNumber(const char*, rapidjson::SizeType, bool) { return Sumnja(); }
+    bool String(const char* s, rapidjson::SizeType n, bool) {
+        if (!Tekst(s, n))
+            return false;
+        return m_graditelj.string(std::string_view(s, n));
+    }
+    bool Key(const char* s, rapidjson::SizeType n, bool) {
+        if (!Tekst(s, n))
+            return false;
+        return m_graditelj.key(std::string_view(s, n));
+    }
+    bool StartObject() { return m_graditelj.start_object(0); }
+    bool EndObject(rapidjson::SizeType) { return m_graditelj.end_object(); }
+    bool StartArray() { return m_graditelj.start_array(0); }
+    bool EndArray(rapidjson::SizeType) { return m_graditelj.end_array(); }
+
+    bool ImaSumnje() const { return m_sumnja; }
+
+private:
+    bool Sumnja() {
+        m_sumnja = true;
+        return false;
+    }
+
+    /// False for a string that holds an unpaired surrogate (ED A0..BF in UTF-8).
+    bool Tekst(const char* s, rapidjson::SizeType n) {
+        const char* kraj = s + n;
+        for (const char* p = s;
+             (p = static_cast<const char*>(std::memchr(p, '\xED', static_cast<size_t>(kraj - p))));
+             ++p)
+            if (p + 1 < kraj && static_cast<unsigned char>(p[1]) >= 0xA0)
+                return Sumnja();
+        return true;
+    }
+
+    CGraditeljStabla& m_graditelj;
+    const CTokTeksta& m_tok;
+    bool m_sumnja = false;
+};
+
+} // namespace
+
+std::span<const CCvor> CStabloJson::Smesti(const std::vector<CCvor>& vrednosti) {
+    // Blocks of about a megabyte, or one of its own for a larger container; only what is
+    // filled takes memory.
+    constexpr size_t kBlok = 12000;
+    const size_t n = vrednosti.size();
+    if (m_blokovi.empty() || m_blokovi.back().capacity() - m_blokovi.back().size() < n)
+        m_blokovi.emplace_back().reserve(std::max(n, kBlok));
+    std::vector<CCvor>& blok = m_blokovi.back();
+    blok.insert(blok.end(), vrednosti.begin(), vrednosti.end());
+    return std::span<const CCvor>(blok.data() + blok.size() - n, n);
+}
+
+std::string_view CStabloJson::Zadrzi(std::string_view s) {
+    return m_tekstovi.emplace_back(s);
+}
+
+void CStabloJson::Isprazni() {
     m_koren = CCvor();
+    m_blokovi.clear();
+    m_tekstovi.clear();
     m_parovi.clear();
     m_imena.clear();
     m_greska.clear();
     m_greskaPoz = 0;
+}
+
+bool CStabloJson::ProcitajBrzo(std::string_view tekst) {
+    // A byte 0 ends the text for the fast library.
+    if (std::memchr(tekst.data(), '\0', tekst.size()) != nullptr)
+        return false;
+    const char* kursor = tekst.data();
+    CTokTeksta tok(tekst, kursor);
+    CGraditeljStabla graditelj(*this, tekst, kursor);
+    CBrziDogadjaji dogadjaji(graditelj, tok);
+    rapidjson::Reader citac;
+    constexpr unsigned kNacin = rapidjson::kParseValidateEncodingFlag;
+    return !citac.Parse<kNacin>(tok, dogadjaji).IsError();
+}
+
+bool CStabloJson::Procitaj(std::string_view tekst) {
+    Isprazni();
     if (tekst.size() >= (size_t{1} << 32)) {
         m_greska = T(L"the text is larger than 4 GiB");
         return false;
@@ -348,6 +513,9 @@ bool CStabloJson::Procitaj(std::string_view tekst) {
     // Room for as many pairs as the text can hold ("[1,1]," takes six bytes): only the part
     // that is filled takes memory, and the list is never copied while it grows.
     m_parovi.reserve(std::min<size_t>(tekst.size() / 6 + 16, size_t{1} << 24));
+    if (ProcitajBrzo(tekst))
+        return true;
+    Isprazni();
     const char* kursor = tekst.data();
     CGraditeljStabla graditelj(*this, tekst, kursor);
     const bool ok =

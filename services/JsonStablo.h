@@ -10,6 +10,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,18 +25,20 @@ struct CCvor {
     bool b = false;
     /// A number written as a whole number (no fraction, no exponent) that fits in int64.
     bool ceo = false;
-    int64_t i = 0;
-    double d = 0.0;
-    std::string s;
-    /// Array elements, or object members with their keys.
-    std::vector<CCvor> deca;
-    std::string kljuc;
-    size_t kljucPoz = 0;
-    /// Where the value begins in the text (its first byte).
-    size_t poz = 0;
+    /// Where the value begins in the text (its first byte), and where its key does.
+    uint32_t poz = 0;
+    uint32_t kljucPoz = 0;
     /// Vrsta::Parovi: the pairs [prvi, prvi + broj) of the tree's list.
     uint32_t prvi = 0;
     uint32_t broj = 0;
+    int64_t i = 0;
+    double d = 0.0;
+    /// Texts and keys as they read, in the text itself when it has them so (no escapes), else
+    /// in the tree.
+    std::string_view s;
+    std::string_view kljuc;
+    /// Array elements, or object members with their keys, side by side in the tree.
+    std::span<const CCvor> deca;
 
     /// The member with that key, or null.
     const CCvor* Clan(std::string_view k) const;
@@ -52,7 +57,7 @@ class CStabloJson {
 public:
     /// Reads the text; false with the place and the reason when it is not JSON this tree
     /// takes (syntax, nesting deeper than 64 levels, a key given twice in one object, a pair
-    /// array that is not made of pairs).
+    /// array that is not made of pairs). The tree refers to the text, which must outlive it.
     bool Procitaj(std::string_view tekst);
 
     const CCvor& Koren() const { return m_koren; }
@@ -63,7 +68,18 @@ public:
 
 private:
     friend class CGraditeljStabla;
+    void Isprazni();
+    /// The text read by the fast library; false when it refuses it or leaves a doubt.
+    bool ProcitajBrzo(std::string_view tekst);
+    /// The values of a container, put side by side in the tree.
+    std::span<const CCvor> Smesti(const std::vector<CCvor>& vrednosti);
+    /// A text kept by the tree.
+    std::string_view Zadrzi(std::string_view s);
+
     CCvor m_koren;
+    // The values of the tree in blocks that never move once made.
+    std::vector<std::vector<CCvor>> m_blokovi;
+    std::deque<std::string> m_tekstovi;
     std::vector<CParJson> m_parovi;
     std::vector<std::string> m_imena;
     size_t m_greskaPoz = 0;

@@ -25,7 +25,7 @@ CString Utf(std::string_view s) {
 
 /// The names of load cases by which a list names them, with where each stands.
 struct CImenik {
-    std::unordered_map<std::string, int32_t> indeks;
+    std::unordered_map<std::string_view, int32_t> indeks;
     std::vector<size_t> poz;
 };
 
@@ -42,7 +42,7 @@ private:
         m_greska = NaMestu(m_tekst, poz, poruka);
         return false;
     }
-    bool Odbij(size_t poz, const wchar_t* format, const std::string& kljuc) {
+    bool Odbij(size_t poz, const wchar_t* format, std::string_view kljuc) {
         return Odbij(poz, CString::Formatted(T(format).c_str(), Utf(kljuc).c_str()));
     }
 

@@ -148,3 +148,62 @@ TEST_F(RazmenaTest, StabilityParametersGoIntoTheModelRecordAndComeBackWhileTheyF
     ASSERT_TRUE(m_base->Undo());
     EXPECT_EQ(Bajtovi(), pre);
 }
+
+TEST_F(RazmenaTest, JsonAtTheEdgesOfTheSyntaxIsReadExactlyOrRefusedWithItsPlace) {
+    // Accepted: the text as a user's editor may leave it, and numbers that only a conversion
+    // rounded to the nearest double gives back as they were meant.
+    struct Prihvacen {
+        std::string tekst;
+        const char* izvoz; // what the combinations export as
+    };
+    const Prihvacen prihvaceni[] = {
+        {"\xEF\xBB\xBF{\"load_cases\": [{\"name\": \"S1\"}, {\"name\": \"S2\"}], "
+         "\"combinations\": [{\"name\": \"K\", \"coefficients\": [[1, 1.5]]}]}",
+         R"({"name": "K", "generated": false, "coefficients": [[1, 1.5]]})"},
+        // An escaped name names the load case as its letters do.
+        {R"({"load_cases": [{"name": "S\u0031"}, {"name": "S\"2"}], "combinations": )"
+         R"([{"name": "\u041a", "coefficients": [["S1", 2], ["S\"2", 0.1e-2]]}]})",
+         R"({"name": "К", "generated": false, "coefficients": [[1, 2], [2, 0.001]]})"},
+        // Halfway between two doubles goes to the even one; beyond their range, to zero
+        // (and a zero coefficient is dropped).
+        {R"({"load_cases": [{"name": "S1"}, {"name": "S2"}], "combinations": [{"name": "K", )"
+         R"("coefficients": [[1, 1.00000000000000011102230246251565404236316680908203125], )"
+         R"([2, 1e-400]]}]})",
+         R"({"name": "K", "generated": false, "coefficients": [[1, 1]]})"},
+    };
+    for (const Prihvacen& p : prihvaceni) {
+        CString greska;
+        ASSERT_TRUE(opterecenje::UveziJson(p.tekst, greska)) << greska.ToUtf8();
+        std::string json;
+        opterecenje::IzveziJson(json);
+        EXPECT_NE(json.find(p.izvoz), std::string::npos) << json;
+    }
+
+    const std::vector<uint8_t> pre = Bajtovi();
+    struct Odbijen {
+        std::string tekst;
+        const wchar_t* greska;
+    };
+    const Odbijen odbijeni[] = {
+        {R"({"load_cases": [{"name": "S\udc01"}]})",
+         L"line 1, column 26: syntax error while parsing value - invalid string: surrogate "
+         L"U+DC00..U+DFFF must follow U+D800..U+DBFF"},
+        {R"({"load_cases": [{"name": "S1", "name": "S2"}]})",
+         L"line 1, column 32: the key \"name\" is given twice"},
+        {R"({"load_cases": [{"name": "S1"}], "combinations": [{"coefficients": )"
+         R"([[18446744073709551616, 1]]}]})",
+         L"line 1, column 70: a load case is given by its number or its name"},
+        {R"({"load_cases": [{"name": "S1"}], "combinations": [{"coefficients": [[1, 1]], )"
+         R"("name": 5}]})",
+         L"line 1, column 86: \"name\" must be a string"},
+        {"{\"load_cases\": [{\"name\": \"S1\xC3\"}]}",
+         L"line 1, column 26: syntax error while parsing value - invalid string: ill-formed "
+         L"UTF-8 byte"},
+    };
+    for (const Odbijen& o : odbijeni) {
+        CString greska;
+        EXPECT_FALSE(opterecenje::UveziJson(o.tekst, greska)) << o.tekst;
+        EXPECT_EQ(greska.ToUtf8(), CString(o.greska).ToUtf8()) << o.tekst;
+    }
+    EXPECT_EQ(Bajtovi(), pre);
+}
