@@ -3,11 +3,8 @@
 // store, a scripted user, the model file bytes by which a test sees that undo brings the model
 // back, and the admissible subsets as the rules read literally (every candidate subset in
 // increasing binary order, each rule checked from the side of each member).
-#include "dialog/ScriptedRunner.h"
+#include "EditoriFixture.h"
 #include "dialogs/DlgKombOpt.h"
-#include "dialogs/Editors.h"
-#include "host/ModelFile.h"
-#include "services/RecordingHost.h"
 
 #include <algorithm>
 #include <functional>
@@ -15,14 +12,8 @@
 #include <unordered_map>
 #include <vector>
 
-class KombTest : public ServicesTest {
+class KombTest : public EditoriTest {
 protected:
-    void SetUp() override {
-        ServicesTest::SetUp();
-        m_runner.Install();
-        opterecenje::PostaviEditore();
-    }
-
     /// Load cases "S1".."Sn" with ordinals 1..n; podesi sets case k (0-based) up further.
     std::vector<CId>
     Slucajevi(int n, const std::function<void(int, CSlucajOpterecenja&)>& podesi = nullptr) {
@@ -35,21 +26,12 @@ protected:
                 }));
         return ids;
     }
-    std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
 
     /// Runs the editor through the module's command; the scene acts in it.
     void Editor(const std::function<void(CDlgKombOpt&)>& scena) {
-        m_runner.Expect(1002, [&](CDialogPresenter& p) { scena(dynamic_cast<CDlgKombOpt&>(p)); });
+        Ocekuj<CDlgKombOpt>(1002, scena);
         COpterecenjeApp::OnKombinacijeOpterecenja();
-        EXPECT_TRUE(m_runner.Errors().empty());
-        EXPECT_TRUE(m_runner.Done());
-    }
-    /// The texts of a grid's row.
-    static std::vector<CString> Red(const CGridModel& g, int row) {
-        std::vector<CString> texts;
-        for (int c = 0; c < g.GetColumnCount(); ++c)
-            texts.push_back(g.GetItemText(row, c));
-        return texts;
+        ScenarioOdigran();
     }
     /// The names of the combinations of a list, in order.
     static std::vector<CString> Nazivi(const CKombOptItemArray& lista) {
@@ -78,18 +60,6 @@ protected:
         }
         return clanovi;
     }
-    /// The stored combinations' names by ordinal.
-    std::vector<CString> UskladisteniNazivi() const {
-        std::vector<CString> nazivi(
-            static_cast<size_t>(m_base->Count(CKombinacijaOpterecenja::Type)));
-        for (const CId& id : m_base->Ids(CKombinacijaOpterecenja::Type)) {
-            const CKombOptItem& item = Get<CKombinacijaOpterecenja>(id)->Item();
-            nazivi.at(static_cast<size_t>(item.GetRedniBroj()) - 1) = item.GetNaziv();
-        }
-        return nazivi;
-    }
-
-    CScriptedRunner m_runner;
 };
 
 /// The admissible subsets of the list by the literal walk (N up to 31): every candidate from 1
