@@ -95,7 +95,7 @@ TEST_F(KombTest, GenerationGivesSignVariantsInOrderAndAsksBeforeReplacing) {
             d.Dialog().UserClick(IDOK);
         });
         EXPECT_EQ(m_runner.Messages().back().buttons, (N{L"Zameni", L"Dodaj", L"Cancel"}));
-        EXPECT_EQ(NaziviKombinacija().back(), odgovor == 3 ? L"K1" : L"1.35xI-1.50xII-1.50xIII");
+        EXPECT_EQ(CombinationNames().back(), odgovor == 3 ? L"K1" : L"1.35xI-1.50xII-1.50xIII");
         if (odgovor != 3) {
             EXPECT_TRUE(m_base->Undo());
         }
@@ -220,7 +220,7 @@ TEST_F(KombTest, ListCommandsWorkOnTheSelectedCombinations) {
         EXPECT_EQ(g2.GetSelectedRows(), std::vector<int>{1});
         m.UserClick(IDOK);
     });
-    EXPECT_EQ(NaziviKombinacija(), N{L"Kombinacija"});
+    EXPECT_EQ(CombinationNames(), N{L"Kombinacija"});
     EXPECT_EQ(m_osvezavanja.back(), (std::vector<int>{1, 1, 0, 0, 0}));
     EXPECT_TRUE(m_base->Undo());
     EXPECT_EQ(Bajtovi(), pre);
@@ -258,7 +258,7 @@ TEST_F(KombTest, OkRefusesACombinationWithoutANonZeroCoefficient) {
         m.UserClick(IDOK);
         EXPECT_TRUE(m.IsEnded());
     });
-    EXPECT_EQ(NaziviKombinacija(), (N{L"K1", L"K2", L"Moja"}));
+    EXPECT_EQ(CombinationNames(), (N{L"K1", L"K2", L"Moja"}));
 }
 
 TEST_F(KombTest, StorageAndAnotherModelFileBringCombinationsBackThroughTheMapping) {
@@ -308,7 +308,7 @@ TEST_F(KombTest, StorageAndAnotherModelFileBringCombinationsBackThroughTheMappin
         EXPECT_EQ(d.Kombinacije()[3].GetRedniBroj(), 4);
     });
     // Cancel wrote no combination; the storage was written when asked.
-    EXPECT_EQ(NaziviKombinacija(), N{L"K1"});
+    EXPECT_EQ(CombinationNames(), N{L"K1"});
     EXPECT_EQ(m_base->Count(CSkladiste::Type), 1);
 }
 

@@ -227,7 +227,7 @@ TEST_F(SRSSTest, DeletingAnSrssCaseTakesItsCombinationsFirst) {
     EXPECT_EQ(m_base->Find(a), nullptr);
     ASSERT_NE(Get<CSlucajOpterecenja>(b), nullptr);
     EXPECT_EQ(Get<CSlucajOpterecenja>(b)->DajRedniBroj(), 3);
-    EXPECT_EQ(NaziviKombinacija(), (std::vector<CString>{L"1.35xI+1.50xII", L"II+IV"}));
+    EXPECT_EQ(CombinationNames(), (std::vector<CString>{L"1.35xI+1.50xII", L"II+IV"}));
     EXPECT_EQ(m_nBrisanjaRezultata, 1);
     ASSERT_TRUE(m_base->Undo());
     EXPECT_EQ(Bajtovi(), pre);

@@ -188,7 +188,7 @@ TEST_F(ListaTest, CasesAreAddedCopiedRenamedAndMovedWithinTheirBlock) {
                                       L"U", L"Slucaj opterecenja 6", L"SRSS"}));
     ASSERT_EQ(m_kopiranja.size(), 1u);
     EXPECT_EQ(m_kopiranja[0].first, kopijaOd);
-    EXPECT_EQ(NaziviKombinacija(), (Spisak{L"II+III", L"1.50xV"}));
+    EXPECT_EQ(CombinationNames(), (Spisak{L"II+III", L"1.50xV"}));
     // The envelope 1,3,7 (S1, S3, K2) is now 2,5,10.
     EXPECT_EQ(opterecenje::DajAnvelope().at(0).izbor, L"2,5,10");
     ASSERT_TRUE(m_base->Undo());
@@ -215,7 +215,7 @@ TEST_F(ListaTest, DeletingWarnsWithWhatGoesAlongAndTakesTheSrssCasesThatCombineI
               L"opterecenja (0). Da li zelite da ih obrisete?");
     EXPECT_EQ(m_runner.Messages()[0].caption, L"Upozorenje");
     EXPECT_EQ(Uskladistena(), (Spisak{L"S1", L"S3", L"U"}));
-    EXPECT_EQ(NaziviKombinacija(), (Spisak{L"1.50xII"}));
+    EXPECT_EQ(CombinationNames(), (Spisak{L"1.50xII"}));
     EXPECT_EQ(opterecenje::DajAnvelope().at(0).izbor, L"1-2,4");
     ASSERT_TRUE(m_base->Undo());
     EXPECT_EQ(Bajtovi(), pre);

@@ -70,16 +70,6 @@ protected:
                 return p;
         return nullptr;
     }
-    /// The stored combinations' (name, ordinals of their load cases) by ordinal.
-    std::vector<CString> NaziviKombinacija() const {
-        std::vector<CString> nazivi(
-            static_cast<size_t>(m_base->Count(CKombinacijaOpterecenja::Type)));
-        for (const CId& id : m_base->Ids(CKombinacijaOpterecenja::Type)) {
-            const CKombOptItem& item = Get<CKombinacijaOpterecenja>(id)->Item();
-            nazivi.at(static_cast<size_t>(item.GetRedniBroj()) - 1) = item.GetNaziv();
-        }
-        return nazivi;
-    }
 
     CScriptedRunner m_runner;
     int m_nBrisanjaRezultata = 0;

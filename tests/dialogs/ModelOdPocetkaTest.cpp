@@ -118,7 +118,7 @@ TEST_F(EditoriTest, AWholeModelIsBuiltFromAnEmptyFileWithTheEditorsAlone) {
     EXPECT_EQ(slucajevi[0].item.m_ngMarker, 1);
     EXPECT_EQ(slucajevi[0].item.m_bStalno, 1);
     EXPECT_EQ(slucajevi[5].item.m_strNaziv, L"SRSS: IV+V");
-    EXPECT_EQ(NaziviKombinacija(),
+    EXPECT_EQ(CombinationNames(),
               (std::vector<CString>{L"1.35xI", L"1.35xI+1.50xII", L"1.35xI+1.50xIII",
                                     L"1.35xI+1.50xII+1.50xIII", L"1.35xI+VI", L"1.35xI+1.50xII+VI",
                                     L"1.35xI+1.50xIII+VI", L"1.35xI+1.50xII+1.50xIII+VI"}));

@@ -44,12 +44,6 @@ protected:
         ModelTest::TearDown();
     }
 
-    CId AddGenerated(int ordinal, std::initializer_list<std::pair<CId, double>> entries) {
-        const CId id = AddCombination(ordinal, entries);
-        Change<CKombinacijaOpterecenja>(
-            id, [](CKombinacijaOpterecenja& k) { k.Item().SetGenericName(nullptr, 0); });
-        return id;
-    }
     /// Deletes a load case and closes the gap in the load case ordinals, as the load case
     /// editor does, within the given view.
     void DeleteLoadCase(CBaseManager& bm, const CId& id) {

@@ -22,6 +22,7 @@
 #include <string>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 class ModelTest : public ::testing::Test {
 protected:
@@ -73,6 +74,23 @@ protected:
         if (!naziv.empty())
             p->Item().SetNaziv(naziv);
         return Insert(p);
+    }
+    /// A combination whose name is generated from its entries.
+    CId AddGenerated(int ordinal, std::initializer_list<std::pair<CId, double>> entries) {
+        const CId id = AddCombination(ordinal, entries);
+        Change<CKombinacijaOpterecenja>(
+            id, [](CKombinacijaOpterecenja& k) { k.Item().SetGenericName(nullptr, 0); });
+        return id;
+    }
+    /// The stored combinations' names by ordinal.
+    std::vector<CString> CombinationNames() const {
+        std::vector<CString> names(
+            static_cast<size_t>(m_base->Count(CBaseManager::KombinacijaOpterecenjaType)));
+        for (const CId& id : m_base->Ids(CBaseManager::KombinacijaOpterecenjaType)) {
+            const CKombOptItem& item = Get<CKombinacijaOpterecenja>(id)->Item();
+            names.at(static_cast<size_t>(item.GetRedniBroj()) - 1) = item.GetNaziv();
+        }
+        return names;
     }
     CId AddEnvelope(int broj, const CString& izbor, const CString& naziv = CString(), int mod = 0) {
         auto* p = new CAnvelopaOpterecenja;

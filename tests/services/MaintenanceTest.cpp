@@ -21,15 +21,6 @@ protected:
                 Get<CKombinacijaOpterecenja>(id)->Item().GetNaziv();
         return m;
     }
-    /// A combination with a generated name.
-    void Generisana(int rb, std::initializer_list<std::pair<CId, double>> clanovi) {
-        auto* p = new CKombinacijaOpterecenja;
-        p->Item().SetRedniBroj(rb);
-        for (const auto& [id, k] : clanovi)
-            p->Item().DodajOsnOpt(k, id);
-        p->Item().SetGenericName(nullptr, 0);
-        Insert(p);
-    }
     void TackastoOpterecenje(const CId& slucaj) {
         auto* p = new CTackastoOpterecenje;
         p->SetSlOptId(slucaj);
@@ -48,11 +39,11 @@ TEST_F(MaintenanceTest, DeletingSeismicOrSrssCasesRemovesEveryCombinationThatUse
     const CId w = Slucaj(L"W", 5);
     const CId srss = Slucaj(L"SRSS", 6, Srss({2, 4}));
     Slucaj(L"E", 7, [](CSlucajOpterecenja& s) { s.PostaviSRSS(CLoadCaseUnit()); });
-    Generisana(1, {{g, 1.0}, {q, 1.5}});
-    Generisana(2, {{g, 1.0}, {sx, 0.0}}); // a member with coefficient 0 still counts
-    Generisana(3, {{sy, 1.0}, {g, 1.0}});
-    Generisana(4, {{q, 1.0}, {w, 1.5}});
-    Generisana(5, {{g, 1.0}, {srss, 1.0}});
+    AddGenerated(1, {{g, 1.0}, {q, 1.5}});
+    AddGenerated(2, {{g, 1.0}, {sx, 0.0}}); // a member with coefficient 0 still counts
+    AddGenerated(3, {{sy, 1.0}, {g, 1.0}});
+    AddGenerated(4, {{q, 1.0}, {w, 1.5}});
+    AddGenerated(5, {{g, 1.0}, {srss, 1.0}});
     AddCombination(6, {{w, 2.0}}, L"Rucno W");
     const int koraci = m_base->GetUndoCount();
 
@@ -99,8 +90,8 @@ TEST_F(MaintenanceTest, InfluenceLineCaseIsAppendedOtherwise) {
     const CId g = Slucaj(L"G", 1);
     const CId sx = Slucaj(L"Sx", 2, Seizmicki);
     Slucaj(L"SRSS", 3, Srss({2}));
-    Generisana(1, {{g, 1.0}, {sx, 1.0}});
-    Generisana(2, {{g, 1.35}});
+    AddGenerated(1, {{g, 1.0}, {sx, 1.0}});
+    AddGenerated(2, {{g, 1.35}});
     TackastoOpterecenje(g);
     const CId id = COpterecenjeApp::DodajSlOptUticajneLinije(L"UL", UL_POMERANJE);
     EXPECT_EQ(Sadrzaj(), std::make_pair(Mapa{{1, L"G"}, {2, L"UL"}}, Mapa{{1, L"1.35xI"}}));

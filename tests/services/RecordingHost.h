@@ -123,14 +123,6 @@ protected:
         u.SetKarakter(LCU_LINEARNA);
         return u;
     }
-    /// Makes a change to a stored object in one opening for writing.
-    template <class T> void Promeni(const CId& id, const std::function<void(T&)>& promena) {
-        CBaseManager bm;
-        bm.Open(CBaseManager::Write);
-        promena(*dynamic_cast<T*>(bm.GetW(id)));
-        bm.Close();
-    }
-
     RecordingHost m_host;
     std::vector<CString> m_poruke;            // the texts of the message boxes shown
     std::pair<CString, unsigned> m_poslednja; // caption and type of the last one

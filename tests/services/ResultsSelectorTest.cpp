@@ -241,7 +241,7 @@ TEST_F(ResultsSelectorTest, UnstableOrFailingChoicesWarnAndFallBack) {
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, m_a3);
 
     // The highest unmarked position is a failing envelope itself: refused once.
-    Promeni<CAnvelopaOpterecenja>(m_a3, [](CAnvelopaOpterecenja& a) { a.SetIzbor(L"0"); });
+    Change<CAnvelopaOpterecenja>(m_a3, [](CAnvelopaOpterecenja& a) { a.SetIzbor(L"0"); });
     COpterecenjeApp::UpdateComboResults(0);
     EXPECT_EQ(m_host.Lista()[8], CString(L"(?) 9. [Anv] 0"));
     m_poruke.clear();

@@ -133,8 +133,8 @@ TEST_F(SetUpTest, ExampleModelIsConsistentAndReportedInTables) {
     ASSERT_GE(sume.size(), 3u);
     EXPECT_EQ(sume[2][1], CString::Formatted(L"%08X", CSlucajOpterecenja::GetCRCsvihSRSSopt()));
     // A change that matters to results changes the first sum.
-    Promeni<CSlucajOpterecenja>(m_base->Ids(CBaseManager::SlucajOpterecenjaType)[0],
-                                [](CSlucajOpterecenja& s) { s.SetKoeficijent(1.0); });
+    Change<CSlucajOpterecenja>(m_base->Ids(CBaseManager::SlucajOpterecenjaType)[0],
+                               [](CSlucajOpterecenja& s) { s.SetKoeficijent(1.0); });
     CLoadsReport posle;
     opterecenje::Izvestaj(posle);
     EXPECT_NE(Redovi(posle, L"Kontrolne sume")[0][1], sume[0][1]);

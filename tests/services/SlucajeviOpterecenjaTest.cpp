@@ -25,16 +25,9 @@ protected:
         m_s.push_back(Slucaj(L"Sx", 6, [](CSlucajOpterecenja& s) {
             s.PostaviSRSS(Unit({{4, 1.0}, {5, 0.25}}));
         }));
-        for (const auto& clanovi : std::vector<std::vector<std::pair<int, double>>>{
-                 {{0, 1.35}, {1, 1.5}}, {{1, 1.0}, {2, 1.0}}, {{0, 1.0}, {5, 1.0}}}) {
-            auto* p = new CKombinacijaOpterecenja;
-            p->Item().SetRedniBroj(m_base->Count(CKombinacijaOpterecenja::Type) + 1);
-            for (const auto& [k, koef] : clanovi)
-                p->Item().DodajOsnOpt(koef, m_s[static_cast<size_t>(k)]);
-            m_k.push_back(Insert(p));
-            Change<CKombinacijaOpterecenja>(m_k.back(),
-                                            [](auto& kk) { kk.Item().SetGenericName(nullptr, 0); });
-        }
+        m_k.push_back(AddGenerated(1, {{m_s[0], 1.35}, {m_s[1], 1.5}}));
+        m_k.push_back(AddGenerated(2, {{m_s[1], 1.0}, {m_s[2], 1.0}}));
+        m_k.push_back(AddGenerated(3, {{m_s[0], 1.0}, {m_s[5], 1.0}}));
         m_k.push_back(AddCombination(4, {{m_s[2], 1.0}}, L"Moja"));
         for (const wchar_t* izbor : {L"1-3", L"7-10", L"8", L"2,9"})
             AddEnvelope(m_base->Count(CAnvelopaOpterecenja::Type) + 1, izbor);
@@ -55,13 +48,6 @@ protected:
             f.emplace_back(u.GetLoadCaseFactor(i).GetLCRedniBroj(),
                            u.GetLoadCaseFactor(i).GetFaktor());
         return f;
-    }
-    std::vector<CString> Kombinacije() const {
-        std::vector<CString> n(static_cast<size_t>(m_base->Count(CKombinacijaOpterecenja::Type)));
-        for (const CId& id : m_base->Ids(CKombinacijaOpterecenja::Type))
-            n.at(static_cast<size_t>(Get<CKombinacijaOpterecenja>(id)->Item().GetRedniBroj() - 1)) =
-                Get<CKombinacijaOpterecenja>(id)->Item().GetNaziv();
-        return n;
     }
     std::vector<CString> Anvelope() const {
         std::vector<CString> izbori;
@@ -98,7 +84,7 @@ TEST_F(SlucajeviTest, MovingALoadCaseRewritesEveryOrdinalThatRefersToALoadCase) 
     EXPECT_EQ(RedniBroj(m_s[1]), 1);
     EXPECT_EQ(RedniBroj(m_s[2]), 2);
     EXPECT_EQ(RedniBroj(m_s[0]), 3);
-    EXPECT_EQ(Kombinacije(), (Nazivi{L"1.50xI+1.35xIII", L"I+II", L"III+VI", L"Moja"}));
+    EXPECT_EQ(CombinationNames(), (Nazivi{L"1.50xI+1.35xIII", L"I+II", L"III+VI", L"Moja"}));
     // The same loads under other numbers keep their text; 2 is now 1.
     EXPECT_EQ(Anvelope(), (Nazivi{L"1-3", L"7-10", L"8", L"1,9"}));
     EXPECT_EQ(Srss(m_s[5]), (Faktori{{4, 1.0}, {5, 0.25}}));
@@ -129,7 +115,7 @@ TEST_F(SlucajeviTest, DeletingALoadCaseTakesItsCombinationsAndEmptiedEnvelopesAl
     EXPECT_EQ(m_base->Find(m_s[1]), nullptr);
     EXPECT_EQ(RedniBroj(m_s[2]), 2);
     EXPECT_EQ(RedniBroj(m_s[5]), 5);
-    EXPECT_EQ(Kombinacije(), (Nazivi{L"I+V", L"Moja"}));
+    EXPECT_EQ(CombinationNames(), (Nazivi{L"I+V", L"Moja"}));
     EXPECT_EQ(Srss(m_s[5]), (Faktori{{3, 1.0}, {4, 0.25}}));
     // Envelopes follow the scale: cases 1..5, combinations 6..7; "8" lost everything.
     EXPECT_EQ(Anvelope(), (Nazivi{L"1-2", L"6-7", L"6"}));
@@ -149,7 +135,7 @@ TEST_F(SlucajeviTest, DeletingACaseThatAnSrssCaseCombinesDeletesTheSrssCaseWithI
     EXPECT_EQ(m_base->Find(m_s[5]), nullptr);
     EXPECT_EQ(m_base->Count(CSlucajOpterecenja::Type), 4);
     EXPECT_EQ(RedniBroj(m_s[4]), 4);
-    EXPECT_EQ(Kombinacije(), (Nazivi{L"1.35xI+1.50xII", L"II+III", L"Moja"}));
+    EXPECT_EQ(CombinationNames(), (Nazivi{L"1.35xI+1.50xII", L"II+III", L"Moja"}));
     EXPECT_EQ(Anvelope(), (Nazivi{L"1-3", L"5-7", L"6", L"2"}));
 }
 
@@ -174,7 +160,7 @@ TEST_F(SlucajeviTest, ACopyFollowsItsCaseWithItsDataAndTheHostCopiesItsLoads) {
     EXPECT_EQ(p->GetKoeficijent(), 1.35);
     EXPECT_EQ(p->GetgMarker(), 1);
     EXPECT_EQ(RedniBroj(m_s[1]), 3);
-    EXPECT_EQ(Kombinacije(), (Nazivi{L"1.35xI+1.50xIII", L"III+IV", L"I+VII", L"Moja"}));
+    EXPECT_EQ(CombinationNames(), (Nazivi{L"1.35xI+1.50xIII", L"III+IV", L"I+VII", L"Moja"}));
     EXPECT_EQ(Srss(m_s[5]), (Faktori{{5, 1.0}, {6, 0.25}}));
     EXPECT_EQ(Anvelope(), (Nazivi{L"1,3-4", L"8-11", L"9", L"3,10"}));
 
@@ -211,5 +197,5 @@ TEST_F(SlucajeviTest, AListWrittenBackNumbersCasesInItsOrderAndTakesTheValuesOfE
     EXPECT_EQ(Get<CSlucajOpterecenja>(m_s[0])->GetNaziv(), L"Prvi");
     EXPECT_EQ(Get<CSlucajOpterecenja>(m_s[0])->JeLiNDA(), 1);
     EXPECT_EQ(Srss(m_s[5]), (Faktori{{4, 1.0}, {5, 0.25}}));
-    EXPECT_EQ(Kombinacije(), (Nazivi{L"I+VI", L"Moja"}));
+    EXPECT_EQ(CombinationNames(), (Nazivi{L"I+VI", L"Moja"}));
 }

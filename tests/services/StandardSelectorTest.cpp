@@ -51,7 +51,7 @@ TEST_F(StandardSelectorTest, ListsOrdinaryLoadCasesAtTheirOrdinalsAndKeepsTheCho
     COpterecenjeApp::UpdateComboStandard(-1);
     EXPECT_EQ(m_host.Izbor(), 6);
     EXPECT_EQ(m_host.Lista().size(), 10u);
-    Promeni<CSlucajOpterecenja>(m_w, [](CSlucajOpterecenja& s) { s.SetNaziv(L"W novo"); });
+    Change<CSlucajOpterecenja>(m_w, [](CSlucajOpterecenja& s) { s.SetNaziv(L"W novo"); });
     COpterecenjeApp::UpdateComboStandard(-1);
     EXPECT_EQ(m_host.Izbor(), 1);
     EXPECT_EQ(m_host.PoslednjaNajava(), CString(L"Opterecenje 1: G"));
