@@ -35,6 +35,8 @@ std::string MissingService() {
         return "CLoadsServices::Izvestaj";
     if (CLoadsServices::IzvestajPoTabelama == nullptr)
         return "CLoadsServices::IzvestajPoTabelama";
+    if (CLoadsServices::IzvestajNaZahtev == nullptr)
+        return "CLoadsServices::IzvestajNaZahtev";
     if (CLoadsServices::NapraviPrimer == nullptr)
         return "CLoadsServices::NapraviPrimer";
     if (CLoadsServices::PostaviChangeLoadCaseTo == nullptr)

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <unordered_map>
@@ -26,6 +27,25 @@ std::string LoadName(const CLoadCounts& counts, int zerobased) {
     if (zerobased < counts.nSlOpt + counts.nKomb)
         return "combination " + std::to_string(zerobased - counts.nSlOpt + 1);
     return "envelope " + std::to_string(zerobased - counts.nSlOpt - counts.nKomb + 1);
+}
+
+void AppendNumber(std::string& text, int n) {
+    char digits[16];
+    text.append(digits, std::to_chars(digits, digits + sizeof digits, n).ptr);
+}
+
+/// The same name appended to `text`.
+void AppendLoadName(std::string& text, const CLoadCounts& counts, int zerobased) {
+    if (zerobased < counts.nSlOpt) {
+        text += "case ";
+        AppendNumber(text, zerobased + 1);
+    } else if (zerobased < counts.nSlOpt + counts.nKomb) {
+        text += "combination ";
+        AppendNumber(text, zerobased - counts.nSlOpt + 1);
+    } else {
+        text += "envelope ";
+        AppendNumber(text, zerobased - counts.nSlOpt - counts.nKomb + 1);
+    }
 }
 
 } // namespace
@@ -82,61 +102,56 @@ CTextTable FactorTable(const std::string& title, const CLoadCounts& counts, Fact
     return table;
 }
 
-CRowSource FactorRows(const std::string& title, const CLoadCounts& counts, FactorService service,
+CRowsTable FactorRows(const std::string& title, const CLoadCounts& counts, FactorService service,
                       AllFactorsService all) {
-    // The columns are the entries of the vectors; their number is known only from the rows,
-    // so the vectors' longest length is found first.
+    CRowsTable table{title, {"No.", "Load"}, {}};
+    CReportRows& rows = table.rows;
+    // A model has few distinct factors: each is formatted once.
+    std::unordered_map<uint64_t, std::string> texts;
     size_t longest = 0;
-    const auto eachVector = [counts, service, all](const CLoadsServices::FactorRowVisitor& visit) {
-        if (all != nullptr) {
-            all(visit);
+    const auto row = [&](int i, const CArray<double>& f) {
+        if (i >= counts.Total())
             return;
+        if (i == 0) // the vectors of a model are mostly of one length
+            rows.Reserve(
+                static_cast<size_t>(counts.Total()),
+                static_cast<size_t>(counts.Total()) * (static_cast<size_t>(f.GetSize()) + 2),
+                static_cast<size_t>(counts.Total()) * (static_cast<size_t>(f.GetSize()) + 24));
+        std::string& text = rows.Text();
+        AppendNumber(text, i + 1);
+        rows.EndCell();
+        AppendLoadName(text, counts, i);
+        rows.EndCell();
+        // Neighbouring factors are mostly the same (zeros): the last text is tried first.
+        uint64_t lastBits = 0;
+        const std::string* last = nullptr;
+        for (const double factor : f) {
+            const auto bits = std::bit_cast<uint64_t>(factor);
+            if (last == nullptr || bits != lastBits) {
+                auto it = texts.find(bits);
+                if (it == texts.end())
+                    it = texts.emplace(bits, FormatFactor(factor)).first;
+                last = &it->second;
+                lastBits = bits;
+            }
+            rows.Cell(*last);
         }
+        rows.EndRow();
+        longest = std::max(longest, static_cast<size_t>(f.GetSize()));
+    };
+    if (all != nullptr) {
+        all(row);
+    } else {
         CArray<double> factors;
         for (int i = 0; i < counts.Total(); ++i) {
             service(i, factors);
-            visit(i, factors);
+            row(i, factors);
         }
-    };
-    eachVector([&longest](int, const CArray<double>& f) {
-        longest = std::max(longest, static_cast<size_t>(f.GetSize()));
-    });
-
-    CRowSource source{title, {"No.", "Load"}, {}};
+    }
+    // The columns are the entries of the vectors: entry m is the factor of load m + 1.
     for (size_t m = 0; m < longest; ++m)
-        source.header.push_back(std::to_string(m + 1));
-    source.rows = [counts, eachVector](const CRowSource::Visitor& visit) {
-        // A model has few distinct factors: each is formatted once.
-        std::unordered_map<uint64_t, std::string> texts;
-        std::string number;
-        std::string name;
-        CRowSource::Row row;
-        eachVector([&](int i, const CArray<double>& f) {
-            if (i >= counts.Total())
-                return;
-            number = std::to_string(i + 1);
-            name = LoadName(counts, i);
-            row.clear();
-            row.emplace_back(number);
-            row.emplace_back(name);
-            // Neighbouring factors are mostly the same (zeros): the last text is tried first.
-            uint64_t lastBits = 0;
-            const std::string* last = nullptr;
-            for (const double factor : f) {
-                const auto bits = std::bit_cast<uint64_t>(factor);
-                if (last == nullptr || bits != lastBits) {
-                    auto it = texts.find(bits);
-                    if (it == texts.end())
-                        it = texts.emplace(bits, FormatFactor(factor)).first;
-                    last = &it->second;
-                    lastBits = bits;
-                }
-                row.emplace_back(*last);
-            }
-            visit(row);
-        });
-    };
-    return source;
+        table.header.push_back(std::to_string(m + 1));
+    return table;
 }
 
 void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
@@ -154,9 +169,15 @@ void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
 }
 
 void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
-    // Each table is printed as the module makes it, its rows as they are made.
-    CLoadsServices::IzvestajPoTabelama(
-        [&out](const CLoadsReport::TableSource& table) { PrintTable(out, ToRowSource(table)); });
+    // Each table is printed with its rows made at once, already in UTF-8.
+    if (CLoadsServices::IzvestajNaZahtev != nullptr) {
+        for (const auto& table : CLoadsServices::IzvestajNaZahtev())
+            PrintTable(out, *table);
+    } else {
+        CLoadsServices::IzvestajPoTabelama([&out](const CLoadsReport::TableSource& table) {
+            PrintTable(out, ToRowSource(table));
+        });
+    }
 
     const CLoadCounts counts = CountLoads();
     out << "Theory: " << CLoadsServices::GetTeorija() << "\n\n";

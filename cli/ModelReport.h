@@ -26,10 +26,10 @@ CTextTable ScaleTable(const CLoadCounts& counts);
 using FactorService = void (*)(int zerobased, CArray<double>& f);
 CTextTable FactorTable(const std::string& title, const CLoadCounts& counts, FactorService service);
 
-/// The same table as rows made when printed, from the module's vectors of every load when it
+/// The same table with its rows in one buffer, from the module's vectors of every load when it
 /// offers them (one walk for all loads), otherwise load by load through `service`.
 using AllFactorsService = void (*)(const CLoadsServices::FactorRowVisitor& visit);
-CRowSource FactorRows(const std::string& title, const CLoadCounts& counts, FactorService service,
+CRowsTable FactorRows(const std::string& title, const CLoadCounts& counts, FactorService service,
                       AllFactorsService all);
 
 /// A factor as the tables show it: at least two decimals, more only when the value has them.

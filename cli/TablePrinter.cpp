@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 
 namespace {
 
@@ -36,105 +37,143 @@ size_t Width(std::string_view text) {
     }));
 }
 
-std::string_view Cell(const CRowSource::Row& row, size_t column) {
-    return column < row.size() ? row[column] : std::string_view();
+bool Ascii(std::string_view text) {
+    unsigned char any = 0;
+    for (const char ch : text)
+        any |= static_cast<unsigned char>(ch);
+    return any < 0x80;
 }
 
 /// The columns of a table: their widths and alignment, measured row by row.
 class CLayout {
 public:
-    explicit CLayout(const std::vector<std::string>& header) {
-        for (const std::string& heading : header)
-            m_header.emplace_back(heading);
+    explicit CLayout(const std::vector<std::string>& header) : m_header(header) {
         Grow(m_header.size());
     }
 
-    void Measure(const CRowSource::Row& row) {
-        Grow(row.size());
-        for (size_t c = 0; c < row.size(); ++c) {
-            const std::string_view text = row[c];
-            m_widths[c] = std::max(m_widths[c], Width(text));
-            // A column with a cell that is no number is aligned left whatever follows.
-            if (text.empty() || m_allNumbers[c] == 0)
-                continue;
-            const bool number = IsNumber(text);
-            m_anyNumber[c] = m_anyNumber[c] != 0 || number;
-            m_allNumbers[c] = number;
+    void Measure(const CReportRows& rows) {
+        for (size_t r = 0; r < rows.Count(); ++r) {
+            const size_t first = rows.FirstCell(r);
+            const size_t cells = rows.Cells(r);
+            const bool ascii = Ascii(rows.RowText(r));
+            Grow(cells);
+            for (size_t c = 0; c < cells; ++c) {
+                const std::string_view text = rows.Cell(first + c);
+                m_widths[c] = std::max(m_widths[c], ascii ? text.size() : Width(text));
+                // A column with a cell that is no number is aligned left whatever follows.
+                if (text.empty() || m_allNumbers[c] == 0)
+                    continue;
+                const bool number = IsNumber(text);
+                m_anyNumber[c] = m_anyNumber[c] != 0 || number;
+                m_allNumbers[c] = number;
+            }
         }
-        ++m_rows;
-    }
-
-    size_t Rows() const { return m_rows; }
-    /// Ends the measuring: the width of a whole line is known from here on.
-    void Measured() {
+        m_starts.clear();
+        m_right.clear();
         m_lineWidth = 0;
-        for (const size_t width : m_widths)
-            m_lineWidth += width + 2;
-    }
-    const CRowSource::Row& Header() const { return m_header; }
-    CRowSource::Row Rule() {
-        m_rule.clear();
-        for (size_t width : m_widths)
-            m_rule.emplace_back(width, '-');
-        CRowSource::Row rule;
-        for (const std::string& dashes : m_rule)
-            rule.emplace_back(dashes);
-        return rule;
+        for (size_t c = 0; c < m_widths.size(); ++c) {
+            m_starts.push_back(m_lineWidth);
+            m_right.push_back(m_anyNumber[c] != 0 && m_allNumbers[c] != 0);
+            m_lineWidth += m_widths[c] + 2;
+        }
     }
 
-    /// Appends the row, padded to the columns, without trailing blanks.
-    void Write(std::string& out, const CRowSource::Row& row) const {
-        // The row is written into room made for its longest possible form at once: its columns
-        // with their gaps, and the bytes by which its texts are longer than their widths.
-        size_t room = m_lineWidth + 1;
-        for (size_t c = 0; c < m_widths.size(); ++c)
-            room += Cell(row, c).size();
-        const size_t start = out.size();
-        out.resize(start + room);
-        char* const first = out.data() + start;
-        char* p = first;
+    /// The headings and the rule under them, as rows.
+    CReportRows HeaderRows() const {
+        CReportRows rows;
+        for (const std::string& heading : m_header)
+            rows.Cell(heading);
+        rows.EndRow();
+        for (const size_t width : m_widths) {
+            rows.Text().append(width, '-');
+            rows.EndCell();
+        }
+        rows.EndRow();
+        return rows;
+    }
+
+    /// The most bytes a row can take: its columns with their gaps, the bytes by which its
+    /// texts are longer than their widths, and the end of the line.
+    size_t Room(const CReportRows& rows, size_t r) const {
+        return m_lineWidth + rows.RowText(r).size() + 1;
+    }
+
+    /// Writes the row at `line` (with room for it), padded to the columns, without trailing
+    /// blanks; gives the bytes written.
+    size_t Write(char* line, const CReportRows& rows, size_t r) const {
+        const size_t first = rows.FirstCell(r);
+        const size_t cells = rows.Cells(r);
+        if (!Ascii(rows.RowText(r)))
+            return WriteWide(line, rows, r);
+        // A character per byte: each text goes to its place in a line of blanks.
+        std::memset(line, ' ', m_lineWidth);
+        size_t end = 0;
+        for (size_t c = 0; c < cells; ++c) {
+            const std::string_view text = rows.Cell(first + c);
+            if (text.empty())
+                continue;
+            const size_t at = m_right[c] ? m_starts[c] + m_widths[c] - text.size() : m_starts[c];
+            // Most cells are a few characters: copied without a call.
+            if (text.size() <= 8) {
+                for (size_t i = 0; i < text.size(); ++i)
+                    line[at + i] = text[i];
+            } else {
+                std::memcpy(line + at, text.data(), text.size());
+            }
+            end = at + text.size();
+        }
+        while (end > 0 && line[end - 1] == ' ')
+            --end;
+        line[end] = '\n';
+        return end + 1;
+    }
+
+private:
+    size_t WriteWide(char* const line, const CReportRows& rows, size_t r) const {
+        const size_t first = rows.FirstCell(r);
+        const size_t cells = rows.Cells(r);
+        char* p = line;
         for (size_t c = 0; c < m_widths.size(); ++c) {
-            const std::string_view text = Cell(row, c);
+            const std::string_view text = c < cells ? rows.Cell(first + c) : std::string_view();
             const size_t fill = m_widths[c] - Width(text);
             if (c != 0) {
                 p[0] = ' ';
                 p[1] = ' ';
                 p += 2;
             }
-            const bool right = m_anyNumber[c] != 0 && m_allNumbers[c] != 0;
-            if (right) {
+            if (m_right[c]) {
                 std::memset(p, ' ', fill);
                 p += fill;
             }
             if (!text.empty()) // an empty cell may have no bytes at all to copy from
                 std::memcpy(p, text.data(), text.size());
             p += text.size();
-            if (!right) {
+            if (!m_right[c]) {
                 std::memset(p, ' ', fill);
                 p += fill;
             }
         }
-        while (p > first && p[-1] == ' ')
+        while (p > line && p[-1] == ' ')
             --p;
         *p++ = '\n';
-        out.resize(static_cast<size_t>(p - out.data()));
+        return static_cast<size_t>(p - line);
     }
 
-private:
     void Grow(size_t columns) {
         while (m_widths.size() < columns) {
-            m_widths.push_back(Width(Cell(m_header, m_widths.size())));
+            const size_t c = m_widths.size();
+            m_widths.push_back(c < m_header.size() ? Width(m_header[c]) : 0);
             m_anyNumber.push_back(0);
             m_allNumbers.push_back(1);
         }
     }
 
-    CRowSource::Row m_header;
+    const std::vector<std::string>& m_header;
     std::vector<size_t> m_widths;
     std::vector<uint8_t> m_anyNumber;
     std::vector<uint8_t> m_allNumbers;
-    std::vector<std::string> m_rule;
-    size_t m_rows = 0;
+    std::vector<size_t> m_starts;
+    std::vector<uint8_t> m_right;
     size_t m_lineWidth = 0;
 };
 
@@ -145,20 +184,57 @@ public:
     ~COutput() { Flush(); }
     COutput(const COutput&) = delete;
     COutput& operator=(const COutput&) = delete;
-    std::string& Text() { return m_text; }
-    void FlushIfLarge() {
-        if (m_text.size() >= (size_t{1} << 20))
+
+    /// Room for at least `bytes` more bytes; those used are then kept by Used.
+    char* Room(size_t bytes) {
+        if (m_used + bytes > m_size) {
             Flush();
+            if (bytes > m_size) {
+                m_size = std::max(bytes, kPiece);
+                m_buffer = std::make_unique_for_overwrite<char[]>(m_size);
+            }
+        }
+        return m_buffer.get() + m_used;
+    }
+    void Used(size_t bytes) { m_used += bytes; }
+    void Append(std::string_view text) {
+        std::memcpy(Room(text.size()), text.data(), text.size());
+        Used(text.size());
     }
     void Flush() {
-        m_out.write(m_text.data(), static_cast<std::streamsize>(m_text.size()));
-        m_text.clear();
+        m_out.write(m_buffer.get(), static_cast<std::streamsize>(m_used));
+        m_used = 0;
     }
 
 private:
+    static constexpr size_t kPiece = size_t{1} << 20;
     std::ostream& m_out;
-    std::string m_text;
+    std::unique_ptr<char[]> m_buffer = std::make_unique_for_overwrite<char[]>(kPiece);
+    size_t m_size = kPiece;
+    size_t m_used = 0;
 };
+
+void PrintRows(std::ostream& out, const std::string& title, const std::vector<std::string>& header,
+               const CReportRows& rows) {
+    CLayout layout(header);
+    layout.Measure(rows);
+
+    COutput output(out);
+    output.Append(title);
+    output.Append("\n");
+    output.Append(std::string(Width(title), '='));
+    output.Append("\n");
+    const auto write = [&layout, &output](const CReportRows& lines) {
+        for (size_t r = 0; r < lines.Count(); ++r)
+            output.Used(layout.Write(output.Room(layout.Room(lines, r)), lines, r));
+    };
+    if (!header.empty())
+        write(layout.HeaderRows());
+    write(rows);
+    if (rows.Count() == 0)
+        output.Append("(none)\n");
+    output.Append("\n");
+}
 
 } // namespace
 
@@ -271,36 +347,34 @@ CRowSource ToRowSource(const CLoadsReport::TableSource& table) {
 }
 
 void PrintTable(std::ostream& out, const CTextTable& table) {
-    CRowSource source{table.title, table.header, [&table](const CRowSource::Visitor& visit) {
-                          CRowSource::Row row;
-                          for (const auto& cells : table.rows) {
-                              row.assign(cells.begin(), cells.end());
-                              visit(row);
-                          }
-                      }};
-    PrintTable(out, source);
+    CReportRows rows;
+    for (const auto& cells : table.rows) {
+        for (const std::string& cell : cells)
+            rows.Cell(cell);
+        rows.EndRow();
+    }
+    PrintRows(out, table.title, table.header, rows);
 }
 
 void PrintTable(std::ostream& out, const CRowSource& table) {
-    CLayout layout(table.header);
-    table.rows([&layout](const CRowSource::Row& row) { layout.Measure(row); });
-    layout.Measured();
-
-    COutput output(out);
-    std::string& text = output.Text();
-    text += table.title;
-    text += '\n';
-    text.append(Width(table.title), '=');
-    text += '\n';
-    if (!table.header.empty()) {
-        layout.Write(text, layout.Header());
-        layout.Write(text, layout.Rule());
-    }
-    table.rows([&layout, &output](const CRowSource::Row& row) {
-        layout.Write(output.Text(), row);
-        output.FlushIfLarge();
+    CReportRows rows;
+    table.rows([&rows](const CRowSource::Row& cells) {
+        for (const std::string_view cell : cells)
+            rows.Cell(cell);
+        rows.EndRow();
     });
-    if (layout.Rows() == 0)
-        text += "(none)\n";
-    text += '\n';
+    PrintRows(out, table.title, table.header, rows);
+}
+
+void PrintTable(std::ostream& out, const CRowsTable& table) {
+    PrintRows(out, table.title, table.header, table.rows);
+}
+
+void PrintTable(std::ostream& out, const CReportTable& table) {
+    std::vector<std::string> header;
+    for (const CString& heading : table.header)
+        header.push_back(heading.ToUtf8());
+    CReportRows rows;
+    table.Rows(0, table.RowCount(), rows);
+    PrintRows(out, table.title.ToUtf8(), header, rows);
 }

@@ -28,16 +28,22 @@ CTextTable ToTextTable(const CLoadsReport::Table& table);
 /// position marked with ">".
 CTextTable SelectorTable(const std::string& title, const CSelectorList& selector);
 
-/// A table whose rows are made as they are printed, for tables too large to hold: `rows` hands
-/// every row, in order, to the visitor it is given. The printer walks the rows twice (to
-/// measure the columns, then to write them), so they must come out the same both times; the
-/// cells need to live only until the visitor returns.
+/// A table whose rows are made as they are printed, for tables too large to hold as strings:
+/// `rows` hands every row, in order, to the visitor it is given. The printer walks the rows
+/// once; the cells need to live only until the visitor returns.
 struct CRowSource {
     using Row = std::vector<std::string_view>;
     using Visitor = std::function<void(const Row& row)>;
     std::string title;
     std::vector<std::string> header;
     std::function<void(const Visitor& visit)> rows;
+};
+
+/// A table with its rows in one buffer of UTF-8 texts.
+struct CRowsTable {
+    std::string title;
+    std::vector<std::string> header;
+    CReportRows rows;
 };
 
 /// The selector's table with its rows made as they are printed, for a selector of many loads;
@@ -54,3 +60,6 @@ CRowSource ToRowSource(const CLoadsReport::TableSource& table);
 /// line. Columns whose cells are all numbers are aligned to the right, others to the left.
 void PrintTable(std::ostream& out, const CTextTable& table);
 void PrintTable(std::ostream& out, const CRowSource& table);
+void PrintTable(std::ostream& out, const CRowsTable& table);
+/// A table of the report, all its rows asked for at once.
+void PrintTable(std::ostream& out, const CReportTable& table);

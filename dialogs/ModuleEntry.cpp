@@ -48,6 +48,7 @@ extern "C" __attribute__((visibility("default"))) int VortaModuleSetUp(COptionIn
     CLoadsServices::SetTeorija = &COpterecenjeApp::SetTeorija;
     CLoadsServices::Izvestaj = &opterecenje::Izvestaj;
     CLoadsServices::IzvestajPoTabelama = &opterecenje::IzvestajPoTabelama;
+    CLoadsServices::IzvestajNaZahtev = &opterecenje::IzvestajNaZahtev;
     CLoadsServices::NapraviPrimer = &opterecenje::NapraviPrimer;
     CLoadsServices::PostaviChangeLoadCaseTo = &PostaviChangeLoadCaseTo;
     CLoadsServices::ProveriUcitaniModel = &ProveriUcitaniModel;

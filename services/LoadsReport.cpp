@@ -2,6 +2,8 @@
 // combination rules, combinations with their coefficients, envelopes, the global scale and
 // the checksums by which results are invalidated. Each table is handed over as it is made,
 // its rows made as they are walked, so that the tables of a large model are never held whole.
+#include "services/LoadsReport.h"
+
 #include "host/LoadsServices.h"
 #include "host/Model.h"
 #include "model/AnvelopaOpterecenja.h"
@@ -70,6 +72,32 @@ CString RedniBrojevi(const OCArray<CId>& ids, const std::map<int32_t, int>& rbPo
 using Tabela = CLoadsReport::TableSource;
 using Red = CLoadsReport::Row;
 
+} // namespace
+
+Red RedSlucaja(const CSlucajOpterecenja& s, const std::map<int32_t, int>& rbPoId) {
+    const CString srss =
+        s.JeliSRSS() ? COpterecenjeApp::LoadCaseUnitToString(*s.DajLCUnitZaSRSS(), 0) : CString();
+    const CString uticaj = s.IsUticajnaLinija() ? Broj(s.GetUticajUticajneLinije()) : CString();
+    return {Broj(s.DajRedniBroj()),
+            s.GetNaziv(0),
+            s.GetgMarker() != 0 ? Broj(s.GetgMarker()) : CString(),
+            Koeficijent(s.GetKoeficijent()),
+            Da(s.GetStalno()),
+            Da(s.GetAlternativno()),
+            Da(s.IsSeizmicki()),
+            Da(s.JeLiNDA()),
+            srss,
+            uticaj,
+            RedniBrojevi(s.GetNeKombinujSa(), rbPoId),
+            RedniBrojevi(s.GetUvekKombinujSa(), rbPoId)};
+}
+
+Red RedAnvelope(const CAnvelopaOpterecenja& a) {
+    return {Broj(a.GetBroj()), a.GetNaziv(), a.GetIzbor(), Broj(a.GetMod())};
+}
+
+namespace {
+
 Tabela TabelaSlucajeva(const std::vector<const CSlucajOpterecenja*>& slucajevi,
                        const std::map<int32_t, int>& rbPoId) {
     Tabela t;
@@ -87,19 +115,8 @@ Tabela TabelaSlucajeva(const std::vector<const CSlucajOpterecenja*>& slucajevi,
                 T(L"Ne kombinuj sa"),
                 T(L"Uvek kombinuj sa")};
     t.rows = [&slucajevi, &rbPoId](const CLoadsReport::RowVisitor& visit) {
-        for (const CSlucajOpterecenja* p : slucajevi) {
-            const CString srss =
-                p->JeliSRSS() ? COpterecenjeApp::LoadCaseUnitToString(*p->DajLCUnitZaSRSS(), 0)
-                              : CString();
-            const CString uticaj =
-                p->IsUticajnaLinija() ? Broj(p->GetUticajUticajneLinije()) : CString();
-            visit({Broj(p->DajRedniBroj()), p->GetNaziv(0),
-                   p->GetgMarker() != 0 ? Broj(p->GetgMarker()) : CString(),
-                   Koeficijent(p->GetKoeficijent()), Da(p->GetStalno()), Da(p->GetAlternativno()),
-                   Da(p->IsSeizmicki()), Da(p->JeLiNDA()), srss, uticaj,
-                   RedniBrojevi(p->GetNeKombinujSa(), rbPoId),
-                   RedniBrojevi(p->GetUvekKombinujSa(), rbPoId)});
-        }
+        for (const CSlucajOpterecenja* p : slucajevi)
+            visit(RedSlucaja(*p, rbPoId));
     };
     return t;
 }
@@ -154,7 +171,7 @@ Tabela TabelaAnvelopa(const std::vector<const CAnvelopaOpterecenja*>& anvelope) 
     t.header = {T(L"Broj"), T(L"Naziv"), T(L"Izbor"), T(L"Mod")};
     t.rows = [&anvelope](const CLoadsReport::RowVisitor& visit) {
         for (const CAnvelopaOpterecenja* p : anvelope)
-            visit({Broj(p->GetBroj()), p->GetNaziv(), p->GetIzbor(), Broj(p->GetMod())});
+            visit(RedAnvelope(*p));
     };
     return t;
 }
@@ -198,60 +215,68 @@ CString Hex(uint32_t crc) {
 
 } // namespace
 
-void IzvestajPoTabelama(const CLoadsReport::TableVisitor& visit) {
-    CBaseManager bm;
-    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
-    auto slucajevi = Procitaj<CSlucajOpterecenja>(bm, CBaseManager::SlucajOpterecenjaType);
-    auto kombinacije =
-        Procitaj<CKombinacijaOpterecenja>(bm, CBaseManager::KombinacijaOpterecenjaType);
-    auto anvelope = Procitaj<CAnvelopaOpterecenja>(bm, CBaseManager::AnvelopaOpterecenjaType);
+CUcitaniIzvestaj UcitajIzvestaj(CBaseManager& bm) {
+    CUcitaniIzvestaj u;
+    u.slucajevi = Procitaj<CSlucajOpterecenja>(bm, CBaseManager::SlucajOpterecenjaType);
+    u.kombinacije = Procitaj<CKombinacijaOpterecenja>(bm, CBaseManager::KombinacijaOpterecenjaType);
+    u.anvelope = Procitaj<CAnvelopaOpterecenja>(bm, CBaseManager::AnvelopaOpterecenjaType);
     const bool bImaModel = bm.Count(CBaseManager::ModelType) != 0;
 
     // In the order of the global scale; the store order breaks ties.
-    std::stable_sort(slucajevi.begin(), slucajevi.end(),
+    std::stable_sort(u.slucajevi.begin(), u.slucajevi.end(),
                      [](auto* a, auto* b) { return a->DajRedniBroj() < b->DajRedniBroj(); });
-    std::stable_sort(kombinacije.begin(), kombinacije.end(), [](auto* a, auto* b) {
+    std::stable_sort(u.kombinacije.begin(), u.kombinacije.end(), [](auto* a, auto* b) {
         return a->Item().GetRedniBroj() < b->Item().GetRedniBroj();
     });
-    std::stable_sort(anvelope.begin(), anvelope.end(),
+    std::stable_sort(u.anvelope.begin(), u.anvelope.end(),
                      [](auto* a, auto* b) { return a->GetBroj() < b->GetBroj(); });
 
-    std::map<int32_t, int> rbPoId;
-    for (const CSlucajOpterecenja* p : slucajevi)
-        rbPoId.emplace(p->GetId().GetValue(), p->DajRedniBroj());
-
-    // The view stays open while the tables are walked: their rows are read from the store.
-    visit(TabelaSlucajeva(slucajevi, rbPoId));
-    visit(TabelaKombinacija(kombinacije, static_cast<int>(slucajevi.size()), rbPoId));
-    visit(TabelaAnvelopa(anvelope));
-    visit(TabelaSkale(slucajevi, kombinacije, anvelope));
+    for (const CSlucajOpterecenja* p : u.slucajevi)
+        u.rbPoId.emplace(p->GetId().GetValue(), p->DajRedniBroj());
 
     // Checksums: the sums of the records' checksums. A combination's checksum reads the
     // model object, so without one the combinations are left out.
     uint32_t crc1 = 0, crc2 = 0, crc3 = 0;
-    for (const CSlucajOpterecenja* p : slucajevi)
+    for (const CSlucajOpterecenja* p : u.slucajevi)
         p->UpdateCRC(crc1, crc2, crc3);
     if (bImaModel)
-        for (const CKombinacijaOpterecenja* p : kombinacije)
+        for (const CKombinacijaOpterecenja* p : u.kombinacije)
             p->UpdateCRC(crc1, crc2, crc3);
-    for (const CAnvelopaOpterecenja* p : anvelope)
+    for (const CAnvelopaOpterecenja* p : u.anvelope)
         p->UpdateCRC(crc1, crc2, crc3);
-    bm.Close();
+    u.sume.push_back({T(L"crc1 (rezultati)"), Hex(crc1)});
+    u.sume.push_back({T(L"crc3 (teorija II reda)"), Hex(crc3)});
+    u.sume.push_back({T(L"SRSS slucajevi"), Hex(CSlucajOpterecenja::GetCRCsvihSRSSopt())});
+    if (!bImaModel && !u.kombinacije.empty())
+        u.sume.push_back({T(L"Napomena"), T(L"bez objekta modela kombinacije nisu uracunate")});
+    return u;
+}
 
-    std::vector<Red> sume;
-    sume.push_back({T(L"crc1 (rezultati)"), Hex(crc1)});
-    sume.push_back({T(L"crc3 (teorija II reda)"), Hex(crc3)});
-    sume.push_back({T(L"SRSS slucajevi"), Hex(CSlucajOpterecenja::GetCRCsvihSRSSopt())});
-    if (!bImaModel && !kombinacije.empty())
-        sume.push_back({T(L"Napomena"), T(L"bez objekta modela kombinacije nisu uracunate")});
-    Tabela t;
+void IzvestajPoTabelama(const CLoadsReport::TableVisitor& visit) {
+    CBaseManager bm;
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+    const CUcitaniIzvestaj u = UcitajIzvestaj(bm);
+    // The view stays open while the tables are walked: their rows are read from the store.
+    for (const Tabela& t : TabeleIzvestaja(u))
+        visit(t);
+    bm.Close();
+}
+
+std::vector<CLoadsReport::TableSource> TabeleIzvestaja(const CUcitaniIzvestaj& u) {
+    std::vector<Tabela> tabele;
+    tabele.push_back(TabelaSlucajeva(u.slucajevi, u.rbPoId));
+    tabele.push_back(
+        TabelaKombinacija(u.kombinacije, static_cast<int>(u.slucajevi.size()), u.rbPoId));
+    tabele.push_back(TabelaAnvelopa(u.anvelope));
+    tabele.push_back(TabelaSkale(u.slucajevi, u.kombinacije, u.anvelope));
+    Tabela& t = tabele.emplace_back();
     t.title = T(L"Kontrolne sume");
     t.header = {T(L"Suma"), T(L"Vrednost")};
-    t.rows = [&sume](const CLoadsReport::RowVisitor& visitRow) {
-        for (const Red& red : sume)
+    t.rows = [&u](const CLoadsReport::RowVisitor& visitRow) {
+        for (const Red& red : u.sume)
             visitRow(red);
     };
-    visit(t);
+    return tabele;
 }
 
 void Izvestaj(CLoadsReport& report) {

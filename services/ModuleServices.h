@@ -14,6 +14,8 @@ void Izvestaj(CLoadsReport& report);
 /// The same tables, each handed to the visitor as it is made, their rows made as they are
 /// walked.
 void IzvestajPoTabelama(const CLoadsReport::TableVisitor& visit);
+/// The same tables, each able to make any of its rows in UTF-8 when asked for.
+CReportTables IzvestajNaZahtev();
 
 /// Fills the current document with an example model of a three-storey building: permanent,
 /// imposed, snow, wind and seismic load cases with an SRSS case, generated combinations and an

@@ -12,6 +12,7 @@ void CLoadsServices::Reset() {
     SetTeorija = nullptr;
     Izvestaj = nullptr;
     IzvestajPoTabelama = nullptr;
+    IzvestajNaZahtev = nullptr;
     NapraviPrimer = nullptr;
     PostaviChangeLoadCaseTo = nullptr;
     ProveriUcitaniModel = nullptr;

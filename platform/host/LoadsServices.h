@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,75 @@ struct CLoadsReport {
     std::vector<Table> tables;
 };
 
+/// Rows of a table of the report as UTF-8 texts laid end to end in one buffer, so that a
+/// block of rows is made and read without a string per cell.
+class CReportRows {
+public:
+    void Clear() {
+        m_text.clear();
+        m_cellEnds.clear();
+        m_rowEnds.clear();
+    }
+    /// The bytes of the cell being made are appended here, then the cell is ended.
+    std::string& Text() { return m_text; }
+    void EndCell() { m_cellEnds.push_back(static_cast<uint32_t>(m_text.size())); }
+    void Cell(std::string_view text) {
+        m_text.append(text);
+        EndCell();
+    }
+    /// `count` empty cells at once.
+    void EmptyCells(size_t count) {
+        m_cellEnds.insert(m_cellEnds.end(), count, static_cast<uint32_t>(m_text.size()));
+    }
+    void EndRow() { m_rowEnds.push_back(m_cellEnds.size()); }
+    /// Makes room for so many more rows, cells and bytes of text.
+    void Reserve(size_t rows, size_t cells, size_t bytes) {
+        m_rowEnds.reserve(m_rowEnds.size() + rows);
+        m_cellEnds.reserve(m_cellEnds.size() + cells);
+        m_text.reserve(m_text.size() + bytes);
+    }
+
+    size_t Count() const { return m_rowEnds.size(); }
+    size_t Cells(size_t row) const { return m_rowEnds[row] - FirstCell(row); }
+    std::string_view Get(size_t row, size_t cell) const { return Cell(FirstCell(row) + cell); }
+
+    /// The cells of all rows are numbered in one sequence: those of a row run from its first
+    /// cell up to the first cell of the next row.
+    size_t FirstCell(size_t row) const { return row == 0 ? 0 : m_rowEnds[row - 1]; }
+    std::string_view Cell(size_t i) const {
+        const uint32_t begin = i == 0 ? 0 : m_cellEnds[i - 1];
+        return {m_text.data() + begin, m_cellEnds[i] - begin};
+    }
+    /// The bytes of all cells of the row, end to end.
+    std::string_view RowText(size_t row) const {
+        const size_t first = FirstCell(row);
+        const size_t last = m_rowEnds[row];
+        const uint32_t begin = first == 0 ? 0 : m_cellEnds[first - 1];
+        const uint32_t end = last == 0 ? 0 : m_cellEnds[last - 1];
+        return {m_text.data() + begin, end - begin};
+    }
+
+private:
+    std::string m_text;
+    std::vector<uint32_t> m_cellEnds;
+    std::vector<size_t> m_rowEnds;
+};
+
+/// A table of the report whose rows are made when they are asked for, for a host that shows
+/// only some of them at a time. It holds what identifies the rows, not the rows: a row of an
+/// object removed since is made empty; a host asks for the tables afresh after a change.
+class CReportTable {
+public:
+    virtual ~CReportTable() = default;
+    virtual size_t RowCount() const = 0;
+    /// Appends the rows first .. first + count - 1 (those of them there are) to `rows`.
+    virtual void Rows(size_t first, size_t count, CReportRows& rows) const = 0;
+
+    CString title;
+    std::vector<CString> header;
+};
+using CReportTables = std::vector<std::unique_ptr<CReportTable>>;
+
 class CLoadsServices {
 public:
     /// Numbers of load cases, combinations and envelopes of the current document.
@@ -62,6 +132,8 @@ public:
     /// The same tables, each handed to the visitor as it is made, with its rows made as they
     /// are walked: the tables of a large model are never held whole.
     static inline void (*IzvestajPoTabelama)(const CLoadsReport::TableVisitor& visit) = nullptr;
+    /// The same tables, each able to make any of its rows when asked (in UTF-8).
+    static inline CReportTables (*IzvestajNaZahtev)() = nullptr;
     /// Fills the current (empty) document with an example model of a few storeys.
     static inline void (*NapraviPrimer)() = nullptr;
     /// Checks a model just read from a file (not yet open) against the invariants of the loads

@@ -1,0 +1,265 @@
+// The report tables with rows made when a host asks for them, already in UTF-8: a host that
+// shows a few rows of a large model, or prints all of them, neither holds the tables whole nor
+// converts text cell by cell. The rows of the large tables are read from the store when asked
+// for, by the ids of their objects; the small tables are made at once.
+#include "services/LoadsReport.h"
+#include "services/ModuleServices.h"
+
+#include "model/AnvelopaOpterecenja.h"
+#include "model/KombinacijaOpterecenja.h"
+#include "model/SlucajOpterecenja.h"
+#include "objbase/BaseManager.h"
+#include "text/Translator.h"
+#include "toler/Toler.h"
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <unordered_map>
+
+namespace opterecenje {
+
+namespace {
+
+/// Appends the UTF-8 of a text: names are mostly plain ASCII, copied as they are.
+void DodajUtf8(std::string& out, const CString& tekst) {
+    const size_t pocetak = out.size();
+    out.resize(pocetak + tekst.size());
+    char* p = out.data() + pocetak;
+    for (const wchar_t ch : tekst) {
+        if (ch < 0 || ch >= 0x80) {
+            out.resize(pocetak);
+            out += tekst.ToUtf8();
+            return;
+        }
+        *p++ = static_cast<char>(ch);
+    }
+}
+
+/// The end of the rows first .. first + count - 1 among n rows.
+size_t Kraj(size_t first, size_t count, size_t n) {
+    return first >= n ? first : first + std::min(count, n - first);
+}
+
+/// Appends a whole number as "%d" writes it.
+void DodajBroj(std::string& out, int n) {
+    char tekst[16];
+    const auto kraj = std::to_chars(tekst, tekst + sizeof tekst, n).ptr;
+    out.append(tekst, kraj);
+}
+
+/// The objects of the tables' document by id; nothing when the document is no longer the
+/// current one or the object is gone.
+template <class Zapis> const Zapis* Objekat(const CBaseManager& bm, const CId& id) {
+    return dynamic_cast<const Zapis*>(bm.GetR(id));
+}
+
+std::vector<CId> Idovi(const auto& objekti) {
+    std::vector<CId> ids;
+    ids.reserve(objekti.size());
+    for (const auto* p : objekti)
+        ids.push_back(p->GetId());
+    return ids;
+}
+
+class CTabelaNaZahtev : public CReportTable {
+public:
+    CTabelaNaZahtev(const CLoadsReport::TableSource& izvor, CObjBase* base) : m_base(base) {
+        title = izvor.title;
+        header = izvor.header;
+    }
+
+protected:
+    /// A view of the tables' document, or an unopened one when another document is current.
+    bool Otvori(CBaseManager& bm) const {
+        return CObjBase::GetCurrent() == m_base && bm.Open(CBaseManager::Read) != 0;
+    }
+
+private:
+    CObjBase* m_base;
+};
+
+/// A small table made whole when the tables are made.
+class CGotovaTabela : public CTabelaNaZahtev {
+public:
+    CGotovaTabela(const CLoadsReport::TableSource& izvor, CObjBase* base)
+        : CTabelaNaZahtev(izvor, base) {
+        izvor.rows([this](const CLoadsReport::Row& red) {
+            for (const CString& celija : red) {
+                DodajUtf8(m_redovi.Text(), celija);
+                m_redovi.EndCell();
+            }
+            m_redovi.EndRow();
+        });
+    }
+    size_t RowCount() const override { return m_redovi.Count(); }
+    void Rows(size_t first, size_t count, CReportRows& rows) const override {
+        const size_t kraj = Kraj(first, count, m_redovi.Count());
+        for (size_t r = first; r < kraj; ++r) {
+            for (size_t c = 0; c < m_redovi.Cells(r); ++c)
+                rows.Cell(m_redovi.Get(r, c));
+            rows.EndRow();
+        }
+    }
+
+private:
+    CReportRows m_redovi;
+};
+
+class CTabelaKombinacija : public CTabelaNaZahtev {
+public:
+    CTabelaKombinacija(const CLoadsReport::TableSource& izvor, CObjBase* base,
+                       const CUcitaniIzvestaj& u)
+        : CTabelaNaZahtev(izvor, base), m_ids(Idovi(u.kombinacije)),
+          m_nSlOpt(static_cast<int>(u.slucajevi.size())),
+          m_da(ClTranslator::Translate(L"da").ToUtf8()),
+          m_koef(static_cast<size_t>(m_nSlOpt), 0.0) {
+        m_rbPoId.reserve(u.rbPoId.size());
+        for (const auto& [id, rb] : u.rbPoId)
+            m_rbPoId.emplace(id, rb);
+    }
+    size_t RowCount() const override { return m_ids.size(); }
+    void Rows(size_t first, size_t count, CReportRows& rows) const override {
+        CBaseManager bm;
+        const bool otvoren = Otvori(bm);
+        const size_t kraj = Kraj(first, count, m_ids.size());
+        rows.Reserve(kraj - first, (kraj - first) * (3 + m_koef.size()), 0);
+        for (size_t r = first; r < kraj; ++r) {
+            const auto* p = otvoren ? Objekat<CKombinacijaOpterecenja>(bm, m_ids[r]) : nullptr;
+            if (p != nullptr)
+                Red(p->Item(), rows);
+            rows.EndRow();
+        }
+    }
+
+private:
+    void Red(const CKombOptItem& item, CReportRows& rows) const {
+        std::string& tekst = rows.Text();
+        DodajBroj(tekst, item.GetRedniBroj());
+        rows.EndCell();
+        DodajUtf8(tekst, item.GetNaziv());
+        rows.EndCell();
+        rows.Cell(item.IsGenericName() != 0 ? std::string_view(m_da) : std::string_view());
+        // A load case named twice has the sum of its coefficients. Only the columns of the
+        // load cases the combination names can be other than empty.
+        m_kolone.clear();
+        for (int i = 0; i < item.GetBrojOsnOpt(); ++i) {
+            double k = 0.0;
+            CId id;
+            item.GetOsnOptByIndex(i, k, id);
+            auto it = m_rbPoId.find(id.GetValue());
+            if (it == m_rbPoId.end() || it->second < 1 || it->second > m_nSlOpt)
+                continue;
+            const auto kolona = static_cast<size_t>(it->second - 1);
+            if (std::find(m_kolone.begin(), m_kolone.end(), kolona) == m_kolone.end()) {
+                m_kolone.push_back(kolona);
+                m_koef[kolona] = 0.0;
+            }
+            m_koef[kolona] += k;
+        }
+        std::sort(m_kolone.begin(), m_kolone.end());
+        size_t sledeca = 0;
+        for (const size_t kolona : m_kolone) {
+            rows.EmptyCells(kolona - sledeca);
+            sledeca = kolona + 1;
+            const double k = m_koef[kolona];
+            if (CToler::Jednaki(k, 0.0)) {
+                rows.EndCell();
+                continue;
+            }
+            // A model has few distinct coefficients: each is formatted once.
+            auto it = m_tekstovi.find(std::bit_cast<uint64_t>(k));
+            if (it == m_tekstovi.end())
+                it = m_tekstovi
+                         .emplace(std::bit_cast<uint64_t>(k), gfnFormatDouble(k, 2, 0).ToUtf8())
+                         .first;
+            rows.Cell(it->second);
+        }
+        rows.EmptyCells(m_koef.size() - sledeca);
+    }
+
+    std::vector<CId> m_ids;
+    int m_nSlOpt;
+    std::string m_da;
+    std::unordered_map<int32_t, int> m_rbPoId;
+    mutable std::vector<double> m_koef;
+    mutable std::vector<size_t> m_kolone;
+    mutable std::unordered_map<uint64_t, std::string> m_tekstovi;
+};
+
+class CTabelaSkale : public CTabelaNaZahtev {
+public:
+    CTabelaSkale(const CLoadsReport::TableSource& izvor, CObjBase* base, const CUcitaniIzvestaj& u)
+        : CTabelaNaZahtev(izvor, base), m_slucajevi(Idovi(u.slucajevi)),
+          m_kombinacije(Idovi(u.kombinacije)), m_anvelope(Idovi(u.anvelope)),
+          m_slucaj(ClTranslator::Translate(Tr(L"slucaj")).ToUtf8()),
+          m_kombinacija(ClTranslator::Translate(Tr(L"kombinacija")).ToUtf8()),
+          m_anvelopa(ClTranslator::Translate(Tr(L"anvelopa")).ToUtf8()) {}
+    size_t RowCount() const override {
+        return m_slucajevi.size() + m_kombinacije.size() + m_anvelope.size();
+    }
+    void Rows(size_t first, size_t count, CReportRows& rows) const override {
+        CBaseManager bm;
+        const bool otvoren = Otvori(bm);
+        const size_t nS = m_slucajevi.size();
+        const size_t nK = m_kombinacije.size();
+        const size_t kraj = Kraj(first, count, RowCount());
+        for (size_t r = first; r < kraj; ++r) {
+            if (!otvoren) {
+            } else if (r < nS) {
+                if (const auto* p = Objekat<CSlucajOpterecenja>(bm, m_slucajevi[r]))
+                    Red(rows, m_slucaj, p->DajRedniBroj(), p->GetNaziv(0), p->DajRedniBroj());
+            } else if (r < nS + nK) {
+                if (const auto* p = Objekat<CKombinacijaOpterecenja>(bm, m_kombinacije[r - nS]))
+                    Red(rows, m_kombinacija, p->Item().GetRedniBroj(), p->Item().GetNaziv(),
+                        static_cast<int>(nS) + p->Item().GetRedniBroj());
+            } else if (const auto* p = Objekat<CAnvelopaOpterecenja>(bm, m_anvelope[r - nS - nK])) {
+                Red(rows, m_anvelopa, p->GetBroj(), p->GetNaziv(),
+                    static_cast<int>(nS + nK) + p->GetBroj());
+            }
+            rows.EndRow();
+        }
+    }
+
+private:
+    static void Red(CReportRows& rows, const std::string& vrsta, int sopstveni,
+                    const CString& naziv, int redniBroj) {
+        rows.Cell(vrsta);
+        DodajBroj(rows.Text(), sopstveni);
+        rows.EndCell();
+        DodajUtf8(rows.Text(), naziv);
+        rows.EndCell();
+        DodajBroj(rows.Text(), redniBroj - 1);
+        rows.EndCell();
+        DodajBroj(rows.Text(), redniBroj);
+        rows.EndCell();
+    }
+
+    std::vector<CId> m_slucajevi;
+    std::vector<CId> m_kombinacije;
+    std::vector<CId> m_anvelope;
+    std::string m_slucaj;
+    std::string m_kombinacija;
+    std::string m_anvelopa;
+};
+
+} // namespace
+
+CReportTables IzvestajNaZahtev() {
+    CReportTables tabele;
+    CBaseManager bm;
+    if (bm.Open(CBaseManager::Read) == 0)
+        return tabele;
+    CObjBase* const base = CObjBase::GetCurrent();
+    const CUcitaniIzvestaj u = UcitajIzvestaj(bm);
+    // The literal tables give the titles and headings (and the rows of the small tables).
+    const std::vector<CLoadsReport::TableSource> izvori = TabeleIzvestaja(u);
+    tabele.push_back(std::make_unique<CGotovaTabela>(izvori[0], base));
+    tabele.push_back(std::make_unique<CTabelaKombinacija>(izvori[1], base, u));
+    tabele.push_back(std::make_unique<CGotovaTabela>(izvori[2], base));
+    tabele.push_back(std::make_unique<CTabelaSkale>(izvori[3], base, u));
+    tabele.push_back(std::make_unique<CGotovaTabela>(izvori[4], base));
+    return tabele;
+}
+
+} // namespace opterecenje
