@@ -49,6 +49,7 @@ TEST(SlOptItem, RecordHasTheLayoutOfVersionOneBothWaysAndRefusesDamagedInput) {
     for (const int32_t version : {1, 7}) {
         Reader r(With32(kFullItem, 0, version));
         CSlOptItem item;
+        item.m_nVrednost3 = 9; // what the record holds replaces what the item held
         EXPECT_EQ(item.FromFiller(r.f()), 1);
         EXPECT_EQ(Written(item), kFullItem);
         EXPECT_FALSE(r->IsError());
