@@ -9,6 +9,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <deque>
 #include <string_view>
 #include <unordered_map>
 
@@ -51,7 +52,8 @@ bool Jednako(std::string_view a, std::string_view b) {
     return true;
 }
 
-/// The records of a CSV text, one at a time, fields unquoted.
+/// The records of a CSV text, one at a time, fields unquoted: a field without quotes is the
+/// text's own bytes, a quoted one is kept by the reader until the next record.
 class CCitacCsv {
 public:
     explicit CCitacCsv(std::string_view tekst) : m_tekst(tekst) {
@@ -61,15 +63,18 @@ public:
 
     /// The next record into polja; false at the end of the text or when a quoted field does
     /// not end (Greska() then says so).
-    bool Sledeci(std::vector<std::string>& polja) {
+    bool Sledeci(std::vector<std::string_view>& polja) {
         polja.clear();
         if (m_p >= m_tekst.size())
             return false;
         m_red = m_sledeciRed;
-        std::string polje;
+        size_t nNavodnih = 0;
         for (;;) {
-            polje.clear();
             if (m_p < m_tekst.size() && m_tekst[m_p] == '"') {
+                if (nNavodnih == m_navodni.size())
+                    m_navodni.emplace_back();
+                std::string& polje = m_navodni[nNavodnih++];
+                polje.clear();
                 const int pocetniRed = m_sledeciRed;
                 ++m_p;
                 for (;;) {
@@ -95,13 +100,15 @@ public:
                 while (m_p < m_tekst.size() && m_tekst[m_p] != ',' && m_tekst[m_p] != '\n' &&
                        m_tekst[m_p] != '\r')
                     polje += m_tekst[m_p++];
+                polja.push_back(polje);
             } else {
-                const size_t kraj = m_tekst.find_first_of(",\r\n", m_p);
-                const size_t k = kraj == std::string_view::npos ? m_tekst.size() : kraj;
-                polje.assign(m_tekst.substr(m_p, k - m_p));
+                size_t k = m_p;
+                while (k < m_tekst.size() && m_tekst[k] != ',' && m_tekst[k] != '\n' &&
+                       m_tekst[k] != '\r')
+                    ++k;
+                polja.push_back(m_tekst.substr(m_p, k - m_p));
                 m_p = k;
             }
-            polja.push_back(polje);
             if (m_p < m_tekst.size() && m_tekst[m_p] == ',') {
                 ++m_p;
                 continue;
@@ -124,6 +131,8 @@ private:
     int m_red = 1;
     int m_sledeciRed = 1;
     CString m_greska;
+    // The quoted fields of the record, in places that do not move while it is read.
+    std::deque<std::string> m_navodni;
 };
 
 enum class EKolona { Broj, Naziv, Generisan, Slucaj };
@@ -186,7 +195,7 @@ bool SlucajZaglavlja(std::string_view zaglavlje, const std::vector<CSlucajOpisa>
     return true;
 }
 
-bool Zaglavlje(const std::vector<std::string>& polja, const std::vector<CSlucajOpisa>& slucajevi,
+bool Zaglavlje(const std::vector<std::string_view>& polja, const std::vector<CSlucajOpisa>& slucajevi,
                std::vector<CKolona>& kolone, CString& greska) {
     std::vector<int> kolonaSlucaja(slucajevi.size(), 0);
     bool imaNaziv = false;
@@ -300,8 +309,11 @@ void NapisiCsv(const COpis& opis, std::string& t) {
 bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucajevi,
                  CKombinacijeOpisa& kombinacije, CString& greska) {
     kombinacije = CKombinacijeOpisa();
+    // Room for as many coefficients as the text can hold (",1" takes two bytes): only the part
+    // that is filled takes memory, and the list is never copied while it grows.
+    kombinacije.clanovi.reserve(tekst.size() / 2 + 16);
     CCitacCsv citac(tekst);
-    std::vector<std::string> polja;
+    std::vector<std::string_view> polja;
     std::vector<CKolona> kolone;
     if (!citac.Sledeci(polja)) {
         greska =
@@ -313,7 +325,7 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
     while (citac.Sledeci(polja)) {
         const int red = citac.Red();
         bool prazan = true;
-        for (const std::string& p : polja)
+        for (const std::string_view p : polja)
             prazan = prazan && BezRazmaka(p).empty();
         if (prazan)
             continue;
@@ -324,13 +336,14 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
         }
         CKombinacijaOpisa k;
         k.prvi = static_cast<uint32_t>(kombinacije.clanovi.size());
+        std::string_view naziv;
         int generisan = -1;
         bool nenulti = false;
         for (size_t c = 0; c < polja.size(); ++c) {
             const int kolona = static_cast<int>(c) + 1;
             const CKolona& opis = kolone[c];
             if (opis.vrsta == EKolona::Naziv) {
-                k.naziv = CString::FromUtf8(polja[c]);
+                naziv = polja[c];
             } else if (opis.vrsta == EKolona::Generisan) {
                 if (!Generisan(polja[c], generisan)) {
                     greska = NaPolju(red, kolona, T(L"\"Generated\" is yes or no"));
@@ -365,8 +378,11 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
             return false;
         }
         k.broj = static_cast<uint32_t>(kombinacije.clanovi.size()) - k.prvi;
-        // Without the column, a combination without a name gets one made.
-        k.generisan = generisan < 0 ? k.naziv.IsEmpty() : generisan != 0;
+        // Without the column, a combination without a name gets one made. A generated name is
+        // made anew from the coefficients: the one written is not kept.
+        k.generisan = generisan < 0 ? naziv.empty() : generisan != 0;
+        if (!k.generisan)
+            k.naziv = CString::FromUtf8(naziv);
         kombinacije.lista.push_back(std::move(k));
     }
     if (!citac.Greska().IsEmpty()) {
