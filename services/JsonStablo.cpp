@@ -114,13 +114,27 @@ CMestoUTekstu MestoUTekstu(std::string_view tekst, size_t poz) {
 /// The events of the JSON library made into the tree.
 class CGraditeljStabla {
 public:
-    CGraditeljStabla(CStabloJson& stablo, std::string_view tekst, const char* const& kursor)
-        : m_stablo(stablo), m_tekst(tekst), m_kursor(kursor) {}
+    /// bKombinacije: combinations of the usual form are read into the tree's list of them
+    /// (Vrsta::Kombinacija); one of any other form gives up the reading, for a reader of values
+    /// alone to read the text again.
+    CGraditeljStabla(CStabloJson& stablo, std::string_view tekst, const char* const& kursor,
+                     bool bKombinacije)
+        : m_stablo(stablo), m_tekst(tekst), m_kursor(kursor), m_bKombinacije(bKombinacije) {}
 
     bool null() { return Vrednost(CCvor::Vrsta::Null, false); }
     bool boolean(bool b) {
         if (m_parDubina > 0)
             return NijePar();
+        if (m_komb != nullptr) {
+            if (m_kombClan != EClan::Generisan)
+                return false;
+            m_kraj = Kursor();
+            m_komb->imaGenerisan = true;
+            m_komb->generisan = b;
+            return true;
+        }
+        if (UListiKombinacija())
+            return false;
         CCvor* c = Novi(CCvor::Vrsta::Logicka, false);
         if (c != nullptr)
             c->b = b;
@@ -135,6 +149,18 @@ public:
     bool string(std::string_view s) {
         if (m_parDubina > 0)
             return ImeUParu(s);
+        if (m_komb != nullptr) {
+            if (m_kombClan != EClan::Ime)
+                return false;
+            const size_t poz = Pocetak();
+            m_kraj = Kursor();
+            m_komb->imaIme = true;
+            m_komb->imePoz = static_cast<uint32_t>(poz);
+            m_komb->ime = Procitan(poz, s);
+            return true;
+        }
+        if (UListiKombinacija())
+            return false;
         CCvor* c = Novi(CCvor::Vrsta::Tekst, false);
         if (c != nullptr)
             c->s = Procitan(c->poz, s);
@@ -144,11 +170,35 @@ public:
     bool start_object(size_t) {
         if (m_parDubina > 0)
             return NijePar();
+        if (m_komb != nullptr)
+            return false;
+        if (UListiKombinacija()) {
+            const size_t poz = Pocetak();
+            m_kraj = poz + 1;
+            m_komb = &m_stablo.m_kombinacije.emplace_back();
+            m_komb->poz = static_cast<uint32_t>(poz);
+            m_kombClan = EClan::Nijedan;
+            m_kombKljucevi = 0;
+            return true;
+        }
         return Otvori(CCvor::Vrsta::Objekat);
     }
     bool key(std::string_view k) {
         const size_t poz = Pocetak();
         m_kraj = Kursor();
+        if (m_komb != nullptr) {
+            // A key of another name, or one given twice, is left to the reader of values.
+            const EClan clan = k == "name"           ? EClan::Ime
+                               : k == "generated"    ? EClan::Generisan
+                               : k == "coefficients" ? EClan::Koeficijenti
+                                                     : EClan::Nijedan;
+            const uint8_t bit = static_cast<uint8_t>(1u << static_cast<unsigned>(clan));
+            if (clan == EClan::Nijedan || (m_kombKljucevi & bit) != 0)
+                return false;
+            m_kombKljucevi |= bit;
+            m_kombClan = clan;
+            return true;
+        }
         const std::vector<CCvor>& clanovi = m_deca[m_stek.size() - 1];
         if (clanovi.size() >= kNajviseClanova)
             return Odbij(poz, T(L"an object with more members than this format has"));
@@ -160,7 +210,14 @@ public:
         m_kljucPoz = poz;
         return true;
     }
-    bool end_object() { return Zatvori(); }
+    bool end_object() {
+        if (m_komb != nullptr) {
+            m_kraj = Pocetak() + 1;
+            m_komb = nullptr;
+            return true;
+        }
+        return Zatvori();
+    }
     bool start_array(size_t) {
         if (m_parDubina == 1) {
             // A pair begins.
@@ -173,6 +230,25 @@ public:
         }
         if (m_parDubina == 2)
             return NijePar();
+        if (m_komb != nullptr) {
+            if (m_kombClan != EClan::Koeficijenti)
+                return false;
+            const size_t poz = Pocetak();
+            m_kraj = poz + 1;
+            m_komb->imaKoeficijente = true;
+            m_komb->koefPoz = static_cast<uint32_t>(poz);
+            m_komb->prvi = static_cast<uint32_t>(m_stablo.m_parovi.size());
+            m_parDubina = 1;
+            return true;
+        }
+        if (UListiKombinacija())
+            return false;
+        if (ListaKombinacija()) {
+            if (!Otvori(CCvor::Vrsta::Kombinacije))
+                return false;
+            m_stek.back()->prvi = static_cast<uint32_t>(m_stablo.m_kombinacije.size());
+            return true;
+        }
         const bool parovi = !m_stek.empty() && m_stek.back()->vrsta == CCvor::Vrsta::Objekat &&
                             KljucParova(m_kljuc);
         if (!Otvori(parovi ? CCvor::Vrsta::Parovi : CCvor::Vrsta::Niz))
@@ -191,6 +267,12 @@ public:
                 return Odbij(m_par.poz, T(L"a pair must hold a load case and a number"));
             m_stablo.m_parovi.push_back(m_par);
             m_parDubina = 1;
+            return true;
+        }
+        if (m_parDubina == 1 && m_komb != nullptr) {
+            m_kraj = Pocetak() + 1;
+            m_komb->broj = static_cast<uint32_t>(m_stablo.m_parovi.size()) - m_komb->prvi;
+            m_parDubina = 0;
             return true;
         }
         if (m_parDubina == 1) {
@@ -249,7 +331,7 @@ private:
                 ++kraj;
             m_kraj = kraj;
         } else if (vrsta == CCvor::Vrsta::Objekat || vrsta == CCvor::Vrsta::Niz ||
-                   vrsta == CCvor::Vrsta::Parovi) {
+                   vrsta == CCvor::Vrsta::Parovi || vrsta == CCvor::Vrsta::Kombinacije) {
             m_kraj = poz + 1;
         } else {
             m_kraj = Kursor();
@@ -273,12 +355,16 @@ private:
     bool Vrednost(CCvor::Vrsta vrsta, bool broj) {
         if (m_parDubina > 0)
             return NijePar();
+        if (m_komb != nullptr || UListiKombinacija())
+            return false;
         return Novi(vrsta, broj) != nullptr;
     }
 
     bool Broj(double d, bool ceo, int64_t i) {
         if (m_parDubina == 1)
             return NijePar();
+        if ((m_komb != nullptr || UListiKombinacija()) && m_parDubina == 0)
+            return false;
         if (m_parDubina == 2) {
             const size_t poz = Pocetak();
             size_t kraj = poz;
@@ -288,7 +374,7 @@ private:
             if (m_nElemenata == 0) {
                 if (!ceo)
                     return Odbij(poz, T(L"a load case is given by its number or its name"));
-                m_par.broj = i;
+                m_par.slucaj = i >= 1 && i <= INT32_MAX ? static_cast<int32_t>(i) : 0;
                 m_par.poz = static_cast<uint32_t>(poz);
             } else if (m_nElemenata == 1) {
                 m_par.koef = d;
@@ -316,10 +402,24 @@ private:
             it = m_indeksImena.emplace(s, static_cast<int32_t>(m_stablo.m_imena.size())).first;
             m_stablo.m_imena.push_back(it->first);
         }
-        m_par.ime = it->second;
+        m_par.slucaj = -it->second - 1;
         m_par.poz = static_cast<uint32_t>(poz);
         ++m_nElemenata;
         return true;
+    }
+
+    /// The array that opens is the list of combinations of the description or of its stored
+    /// set.
+    bool ListaKombinacija() const {
+        if (!m_bKombinacije || m_kljuc != "combinations" || m_stek.empty() ||
+            m_stek.back()->vrsta != CCvor::Vrsta::Objekat)
+            return false;
+        return m_stek.size() == 1 || (m_stek.size() == 2 && m_stek[1]->kljuc == "stored_set");
+    }
+
+    /// A value comes in such a list (only combinations of the usual form are read there).
+    bool UListiKombinacija() const {
+        return !m_stek.empty() && m_stek.back()->vrsta == CCvor::Vrsta::Kombinacije;
     }
 
     bool Otvori(CCvor::Vrsta vrsta) {
@@ -335,6 +435,9 @@ private:
     /// The container closes: its values go side by side into the tree.
     bool Zatvori() {
         m_kraj = Pocetak() + 1;
+        if (m_stek.back()->vrsta == CCvor::Vrsta::Kombinacije)
+            m_stek.back()->broj =
+                static_cast<uint32_t>(m_stablo.m_kombinacije.size()) - m_stek.back()->prvi;
         std::vector<CCvor>& deca = m_deca[m_stek.size() - 1];
         if (!deca.empty()) {
             m_stek.back()->deca = m_stablo.Smesti(deca);
@@ -355,6 +458,12 @@ private:
     size_t m_kljucPoz = 0;
     // Inside an array of pairs: 1 between pairs, 2 within a pair.
     int m_parDubina = 0;
+    // The combination being read into the tree's list, and which of its members comes.
+    enum class EClan : uint8_t { Nijedan, Ime, Generisan, Koeficijenti };
+    const bool m_bKombinacije;
+    CKombinacijaJson* m_komb = nullptr;
+    EClan m_kombClan = EClan::Nijedan;
+    uint8_t m_kombKljucevi = 0;
     int m_nElemenata = 0;
     CParJson m_par;
     struct CHes {
@@ -485,6 +594,7 @@ void CStabloJson::Isprazni() {
     m_koren = CCvor();
     m_blokovi.clear();
     m_tekstovi.clear();
+    m_kombinacije.clear();
     m_parovi.clear();
     m_imena.clear();
     m_greska.clear();
@@ -497,7 +607,7 @@ bool CStabloJson::ProcitajBrzo(std::string_view tekst) {
         return false;
     const char* kursor = tekst.data();
     CTokTeksta tok(tekst, kursor);
-    CGraditeljStabla graditelj(*this, tekst, kursor);
+    CGraditeljStabla graditelj(*this, tekst, kursor, true);
     CBrziDogadjaji dogadjaji(graditelj, tok);
     rapidjson::Reader citac;
     constexpr unsigned kNacin = rapidjson::kParseValidateEncodingFlag;
@@ -513,11 +623,13 @@ bool CStabloJson::Procitaj(std::string_view tekst) {
     // Room for as many pairs as the text can hold ("[1,1]," takes six bytes): only the part
     // that is filled takes memory, and the list is never copied while it grows.
     m_parovi.reserve(std::min<size_t>(tekst.size() / 6 + 16, size_t{1} << 24));
+    // And for as many combinations ("{"coefficients": [[1,1]]}," takes 26 bytes).
+    m_kombinacije.reserve(std::min<size_t>(tekst.size() / 26 + 4, size_t{1} << 22));
     if (ProcitajBrzo(tekst))
         return true;
     Isprazni();
     const char* kursor = tekst.data();
-    CGraditeljStabla graditelj(*this, tekst, kursor);
+    CGraditeljStabla graditelj(*this, tekst, kursor, false);
     const bool ok =
         nlohmann::json::sax_parse(CCitacBajtova(tekst.data(), &kursor),
                                   CCitacBajtova(tekst.data() + tekst.size(), &kursor), &graditelj);

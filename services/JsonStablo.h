@@ -5,7 +5,8 @@
 //
 // Arrays of pairs under the keys "coefficients", "srss" and "fixed" ([[load case, number], ...]),
 // the bulk of a model's description, are not made into values: their pairs go into one list that
-// the tree keeps, the load case given as a number or as a name.
+// the tree keeps, the load case given as a number or as a name. An array of combinations of the
+// usual form goes into a list of its own as well.
 #include "framework/String.h"
 
 #include <cstddef>
@@ -20,7 +21,7 @@
 namespace opterecenje::razmena {
 
 struct CCvor {
-    enum class Vrsta : uint8_t { Null, Logicka, Broj, Tekst, Niz, Objekat, Parovi };
+    enum class Vrsta : uint8_t { Null, Logicka, Broj, Tekst, Niz, Objekat, Parovi, Kombinacije };
     Vrsta vrsta = Vrsta::Null;
     bool b = false;
     /// A number written as a whole number (no fraction, no exponent) that fits in int64.
@@ -28,7 +29,8 @@ struct CCvor {
     /// Where the value begins in the text (its first byte), and where its key does.
     uint32_t poz = 0;
     uint32_t kljucPoz = 0;
-    /// Vrsta::Parovi: the pairs [prvi, prvi + broj) of the tree's list.
+    /// Vrsta::Parovi: the pairs [prvi, prvi + broj) of the tree's list. Vrsta::Kombinacije
+    /// (an array of combinations): the combinations [prvi, prvi + broj) of the tree's list.
     uint32_t prvi = 0;
     uint32_t broj = 0;
     int64_t i = 0;
@@ -44,13 +46,30 @@ struct CCvor {
     const CCvor* Clan(std::string_view k) const;
 };
 
-/// One pair [load case, number]: the load case by its number (broj > 0) or by a name of the
-/// tree's list of names (ime >= 0).
+/// A combination of the usual form, the bulk of a description: an object whose members are
+/// "name" (a string), "generated" (true or false) and "coefficients" (pairs), each at most
+/// once. Read into a list of its own rather than as an object of values.
+struct CKombinacijaJson {
+    std::string_view ime;
+    uint32_t poz = 0; // where the object begins
+    uint32_t imePoz = 0;
+    uint32_t koefPoz = 0; // where "coefficients" begins
+    /// The pairs [prvi, prvi + broj) of the tree's list.
+    uint32_t prvi = 0;
+    uint32_t broj = 0;
+    bool imaIme = false;
+    bool imaGenerisan = false;
+    bool generisan = false;
+    bool imaKoeficijente = false;
+};
+
+/// One pair [load case, number]: the load case by its number (slucaj > 0), by a name of the
+/// tree's list of names (name -slucaj - 1 for slucaj < 0), or by a number that names no load
+/// case, 0 or beyond 2^31 (slucaj = 0; the number is read again from the text).
 struct CParJson {
-    int64_t broj = 0;
     double koef = 0.0;
     uint32_t poz = 0; // where the load case is written (texts are under 4 GiB)
-    int32_t ime = -1;
+    int32_t slucaj = 0;
 };
 
 class CStabloJson {
@@ -63,6 +82,7 @@ public:
     const CCvor& Koren() const { return m_koren; }
     const std::vector<CParJson>& Parovi() const { return m_parovi; }
     const std::vector<std::string>& Imena() const { return m_imena; }
+    const std::vector<CKombinacijaJson>& Kombinacije() const { return m_kombinacije; }
     size_t GreskaPoz() const { return m_greskaPoz; }
     const CString& Greska() const { return m_greska; }
 
@@ -81,6 +101,7 @@ private:
     std::vector<std::vector<CCvor>> m_blokovi;
     std::deque<std::string> m_tekstovi;
     std::vector<CParJson> m_parovi;
+    std::vector<CKombinacijaJson> m_kombinacije;
     std::vector<std::string> m_imena;
     size_t m_greskaPoz = 0;
     CString m_greska;

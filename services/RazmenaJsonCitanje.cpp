@@ -6,6 +6,7 @@
 #include "text/Translator.h"
 #include "toler/Toler.h"
 
+#include <charconv>
 #include <cmath>
 #include <initializer_list>
 #include <string_view>
@@ -62,12 +63,16 @@ private:
     bool SlucajUParu(const CParJson& p, const CImenik& imenik, int n, int32_t& indeks);
     bool Parovi(const CCvor& o, const char* k, const CImenik& imenik, int n,
                 std::vector<CClan>& clanovi, bool& imaClan);
+    bool Parovi(uint32_t prvi, uint32_t broj, const CImenik& imenik, int n,
+                std::vector<CClan>& clanovi);
 
     bool Slucajevi(const CCvor& niz);
     bool Slucaj(const CCvor& c, CSlucajOpisa& s);
     bool Pravila(const CCvor& c, const char* k, int32_t ja, std::vector<int32_t>& lista);
     bool SRSS();
     bool Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bool bObicne,
+                     CKombinacijeOpisa& kombinacije);
+    bool Kombinacija(const CKombinacijaJson& j, const CImenik& imenik, int n, bool bObicne,
                      CKombinacijeOpisa& kombinacije);
     bool Anvelope(const CCvor& niz);
     bool Skladiste(const CCvor& c);
@@ -146,10 +151,10 @@ bool CCitacOpisa::Tekst(const CCvor& o, const char* k, CString& v) {
 
 const CCvor* CCitacOpisa::Niz(const CCvor& o, const char* k, bool& ok) {
     const CCvor* c = o.Clan(k);
-    ok = c == nullptr || c->vrsta == CCvor::Vrsta::Niz;
+    ok = c == nullptr || c->vrsta == CCvor::Vrsta::Niz || c->vrsta == CCvor::Vrsta::Kombinacije;
     if (!ok)
         Odbij(c->poz, L"\"%s\" must be an array", k);
-    return ok && c != nullptr && c->vrsta == CCvor::Vrsta::Niz ? c : nullptr;
+    return ok ? c : nullptr;
 }
 
 // ------------------------------------------------------------------------ names
@@ -199,20 +204,25 @@ bool CCitacOpisa::Slucaj(const CCvor& c, const CImenik& imenik, int n, int32_t& 
 }
 
 bool CCitacOpisa::SlucajUParu(const CParJson& p, const CImenik& imenik, int n, int32_t& indeks) {
-    if (p.ime >= 0) {
-        const std::string& ime = m_stablo.Imena()[static_cast<size_t>(p.ime)];
+    if (p.slucaj < 0) {
+        const std::string& ime = m_stablo.Imena()[static_cast<size_t>(-p.slucaj - 1)];
         const auto it = imenik.indeks.find(ime);
         if (it == imenik.indeks.end())
             return Odbij(p.poz, L"there is no load case named \"%s\"", ime);
         indeks = it->second;
         return true;
     }
-    if (p.broj < 1 || p.broj > n)
+    if (p.slucaj == 0 || p.slucaj > n) {
+        // A number the pair could not keep is written in the text as a whole number.
+        long long broj = p.slucaj;
+        if (p.slucaj == 0)
+            std::from_chars(m_tekst.data() + p.poz, m_tekst.data() + m_tekst.size(), broj);
         return Odbij(p.poz, CString::Formatted(T(L"there is no load case %lld (they are numbered "
                                                  L"1 to %d)")
                                                    .c_str(),
-                                               static_cast<long long>(p.broj), n));
-    indeks = static_cast<int32_t>(p.broj - 1);
+                                               broj, n));
+    }
+    indeks = p.slucaj - 1;
     return true;
 }
 
@@ -226,9 +236,15 @@ bool CCitacOpisa::Parovi(const CCvor& o, const char* k, const CImenik& imenik, i
         return true;
     if (c->vrsta != CCvor::Vrsta::Parovi)
         return Odbij(c->poz, L"\"%s\" must be an array of pairs [load case, number]", k);
+    return Parovi(c->prvi, c->broj, imenik, n, clanovi);
+}
+
+/// The pairs [prvi, prvi + broj) of the tree, each load case named once.
+bool CCitacOpisa::Parovi(uint32_t prviPar, uint32_t broj, const CImenik& imenik, int n,
+                         std::vector<CClan>& clanovi) {
     const size_t prvi = clanovi.size();
-    std::vector<CParJson>::const_iterator par = m_stablo.Parovi().begin() + c->prvi;
-    for (uint32_t e = 0; e < c->broj; ++e, ++par) {
+    std::vector<CParJson>::const_iterator par = m_stablo.Parovi().begin() + prviPar;
+    for (uint32_t e = 0; e < broj; ++e, ++par) {
         CClan clan;
         if (!SlucajUParu(*par, imenik, n, clan.indeks))
             return false;
@@ -357,9 +373,16 @@ bool CCitacOpisa::SRSS() {
 
 bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bool bObicne,
                               CKombinacijeOpisa& kombinacije) {
-    kombinacije.lista.reserve(niz.deca.size());
     // Room for every pair of the text: only the part that is filled takes memory.
     kombinacije.clanovi.reserve(m_stablo.Parovi().size());
+    if (niz.vrsta == CCvor::Vrsta::Kombinacije) {
+        kombinacije.lista.reserve(niz.broj);
+        for (uint32_t e = 0; e < niz.broj; ++e)
+            if (!Kombinacija(m_stablo.Kombinacije()[niz.prvi + e], imenik, n, bObicne, kombinacije))
+                return false;
+        return true;
+    }
+    kombinacije.lista.reserve(niz.deca.size());
     for (const CCvor& c : niz.deca) {
         if (!Objekat(c, L"a combination") ||
             !Poznati(c, {"name", "generated", "coefficients"}, L"a combination"))
@@ -398,6 +421,35 @@ bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bo
         }
         kombinacije.lista.push_back(std::move(k));
     }
+    return true;
+}
+
+/// A combination of the usual form (its members' kinds are right): checked as above.
+bool CCitacOpisa::Kombinacija(const CKombinacijaJson& j, const CImenik& imenik, int n, bool bObicne,
+                              CKombinacijeOpisa& kombinacije) {
+    CKombinacijaOpisa k;
+    k.generisan = j.imaGenerisan ? j.generisan : !j.imaIme;
+    if (!k.generisan && j.imaIme)
+        k.naziv = Utf(j.ime);
+    k.prvi = static_cast<uint32_t>(kombinacije.clanovi.size());
+    if (j.imaKoeficijente && !Parovi(j.prvi, j.broj, imenik, n, kombinacije.clanovi))
+        return false;
+    k.broj = static_cast<uint32_t>(kombinacije.clanovi.size()) - k.prvi;
+    if (bObicne) {
+        if (!j.imaKoeficijente)
+            return Odbij(j.poz, T(L"a combination needs \"coefficients\""));
+        bool nenulti = false;
+        for (uint32_t e = 0; e < k.broj; ++e) {
+            const CClan& clan = kombinacije.clanovi[k.prvi + e];
+            nenulti = nenulti || !CToler::Jednaki(clan.koef, 0.0);
+            if (m_opis.slucajevi[static_cast<size_t>(clan.indeks)].uticaj != UL_NIJEDNA)
+                return Odbij(m_stablo.Parovi()[j.prvi + e].poz,
+                             T(L"an influence-line load case takes part in no combination"));
+        }
+        if (!nenulti)
+            return Odbij(j.koefPoz, T(L"a combination needs a coefficient other than zero"));
+    }
+    kombinacije.lista.push_back(std::move(k));
     return true;
 }
 

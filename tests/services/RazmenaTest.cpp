@@ -200,6 +200,15 @@ TEST_F(RazmenaTest, JsonAtTheEdgesOfTheSyntaxIsReadExactlyOrRefusedWithItsPlace)
          L"line 1, column 26: syntax error while parsing value - invalid string: ill-formed "
          L"UTF-8 byte"},
     };
+    // Load cases named by numbers that no list of them reaches.
+    for (const char* broj : {"0", "-3", "3000000000", "-9223372036854775808"}) {
+        const std::string tekst = std::string(R"({"load_cases": [{"name": "S1"}], )") +
+                                  R"("combinations": [{"coefficients": [[)" + broj + ", 1]]}]}";
+        CString greska;
+        EXPECT_FALSE(opterecenje::UveziJson(tekst, greska));
+        EXPECT_EQ(greska.ToUtf8(), std::string("line 1, column 70: there is no load case ") + broj +
+                                       " (they are numbered 1 to 1)");
+    }
     for (const Odbijen& o : odbijeni) {
         CString greska;
         EXPECT_FALSE(opterecenje::UveziJson(o.tekst, greska)) << o.tekst;
