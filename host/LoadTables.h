@@ -3,9 +3,9 @@
 // envelopes, the global scale and the checksums as read-only tables, one tab each, as the
 // loads module reports them. Printing and PDF export write the same tables.
 //
-// The views ask the report only for the cells they show, so that a model with tens of
-// thousands of combinations is refreshed after every change in the time the module takes to
-// report it, not in the time a widget per cell would take.
+// The views ask the report only for the rows they show, a page at a time, so that a model with
+// tens of thousands of combinations is refreshed after every change in the time the module
+// takes to list its objects, not in the time it would take to make every row.
 #include "host/LoadsServices.h"
 
 #include <QTabWidget>
@@ -28,7 +28,7 @@ public:
     void Refresh();
     /// Refreshes once the event loop runs, once however often it is asked before.
     void RefreshLater();
-    const CLoadsReport& Report() const { return m_report; }
+    const CReportTables& ReportTables() const { return m_report; }
     QTableView* Table(int index) const;
 
     /// Writes every table to the printer (or a PDF file the printer is set to), page by page.
@@ -37,7 +37,11 @@ public:
     QString Html(const QString& title) const;
 
 private:
-    CLoadsReport m_report;
+    /// Fits the columns of the table at the index to its first rows, once after a refresh.
+    void FitColumns(int index);
+
+    CReportTables m_report;
     QTimer* m_later = nullptr;
     std::vector<CLoadTableModel*> m_models; // owned by their views
+    std::vector<bool> m_sized;
 };

@@ -215,13 +215,33 @@ CString Hex(uint32_t crc) {
 
 } // namespace
 
+std::vector<Red> Sume(const std::vector<const CSlucajOpterecenja*>& slucajevi,
+                      const std::vector<const CKombinacijaOpterecenja*>& kombinacije,
+                      const std::vector<const CAnvelopaOpterecenja*>& anvelope, bool bImaModel) {
+    // The sums of the records' checksums. A combination's checksum reads the model object,
+    // so without one the combinations are left out.
+    uint32_t crc1 = 0, crc2 = 0, crc3 = 0;
+    for (const CSlucajOpterecenja* p : slucajevi)
+        p->UpdateCRC(crc1, crc2, crc3);
+    if (bImaModel)
+        for (const CKombinacijaOpterecenja* p : kombinacije)
+            p->UpdateCRC(crc1, crc2, crc3);
+    for (const CAnvelopaOpterecenja* p : anvelope)
+        p->UpdateCRC(crc1, crc2, crc3);
+    std::vector<Red> sume;
+    sume.push_back({T(L"crc1 (rezultati)"), Hex(crc1)});
+    sume.push_back({T(L"crc3 (teorija II reda)"), Hex(crc3)});
+    sume.push_back({T(L"SRSS slucajevi"), Hex(CSlucajOpterecenja::GetCRCsvihSRSSopt())});
+    if (!bImaModel && !kombinacije.empty())
+        sume.push_back({T(L"Napomena"), T(L"bez objekta modela kombinacije nisu uracunate")});
+    return sume;
+}
+
 CUcitaniIzvestaj UcitajIzvestaj(CBaseManager& bm) {
     CUcitaniIzvestaj u;
     u.slucajevi = Procitaj<CSlucajOpterecenja>(bm, CBaseManager::SlucajOpterecenjaType);
     u.kombinacije = Procitaj<CKombinacijaOpterecenja>(bm, CBaseManager::KombinacijaOpterecenjaType);
     u.anvelope = Procitaj<CAnvelopaOpterecenja>(bm, CBaseManager::AnvelopaOpterecenjaType);
-    const bool bImaModel = bm.Count(CBaseManager::ModelType) != 0;
-
     // In the order of the global scale; the store order breaks ties.
     std::stable_sort(u.slucajevi.begin(), u.slucajevi.end(),
                      [](auto* a, auto* b) { return a->DajRedniBroj() < b->DajRedniBroj(); });
@@ -234,21 +254,7 @@ CUcitaniIzvestaj UcitajIzvestaj(CBaseManager& bm) {
     for (const CSlucajOpterecenja* p : u.slucajevi)
         u.rbPoId.emplace(p->GetId().GetValue(), p->DajRedniBroj());
 
-    // Checksums: the sums of the records' checksums. A combination's checksum reads the
-    // model object, so without one the combinations are left out.
-    uint32_t crc1 = 0, crc2 = 0, crc3 = 0;
-    for (const CSlucajOpterecenja* p : u.slucajevi)
-        p->UpdateCRC(crc1, crc2, crc3);
-    if (bImaModel)
-        for (const CKombinacijaOpterecenja* p : u.kombinacije)
-            p->UpdateCRC(crc1, crc2, crc3);
-    for (const CAnvelopaOpterecenja* p : u.anvelope)
-        p->UpdateCRC(crc1, crc2, crc3);
-    u.sume.push_back({T(L"crc1 (rezultati)"), Hex(crc1)});
-    u.sume.push_back({T(L"crc3 (teorija II reda)"), Hex(crc3)});
-    u.sume.push_back({T(L"SRSS slucajevi"), Hex(CSlucajOpterecenja::GetCRCsvihSRSSopt())});
-    if (!bImaModel && !u.kombinacije.empty())
-        u.sume.push_back({T(L"Napomena"), T(L"bez objekta modela kombinacije nisu uracunate")});
+    u.bImaModel = bm.Count(CBaseManager::ModelType) != 0;
     return u;
 }
 
@@ -273,7 +279,8 @@ std::vector<CLoadsReport::TableSource> TabeleIzvestaja(const CUcitaniIzvestaj& u
     t.title = T(L"Kontrolne sume");
     t.header = {T(L"Suma"), T(L"Vrednost")};
     t.rows = [&u](const CLoadsReport::RowVisitor& visitRow) {
-        for (const Red& red : u.sume)
+        // The checksums are summed only when they are shown.
+        for (const Red& red : Sume(u.slucajevi, u.kombinacije, u.anvelope, u.bImaModel))
             visitRow(red);
     };
     return tabele;

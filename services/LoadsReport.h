@@ -21,14 +21,20 @@ struct CUcitaniIzvestaj {
     std::vector<const CAnvelopaOpterecenja*> anvelope;
     /// The ordinal of each load case by its id.
     std::map<int32_t, int> rbPoId;
-    /// The rows of the checksums table.
-    std::vector<CLoadsReport::Row> sume;
+    /// Whether the document has its model object (the combinations' checksums need it).
+    bool bImaModel = false;
 };
 
 /// Reads the loads through the open view; the pointers live while it stays open.
 CUcitaniIzvestaj UcitajIzvestaj(CBaseManager& bm);
 /// The tables walked row by row; they are walked while `u` and its view live.
 std::vector<CLoadsReport::TableSource> TabeleIzvestaja(const CUcitaniIzvestaj& u);
+
+/// The rows of the checksums table: the sums of the checksums of the objects given.
+std::vector<CLoadsReport::Row> Sume(const std::vector<const CSlucajOpterecenja*>& slucajevi,
+                                    const std::vector<const CKombinacijaOpterecenja*>& kombinacije,
+                                    const std::vector<const CAnvelopaOpterecenja*>& anvelope,
+                                    bool bImaModel);
 
 /// The rows of a load case and of an envelope as the report shows them.
 CLoadsReport::Row RedSlucaja(const CSlucajOpterecenja& s, const std::map<int32_t, int>& rbPoId);

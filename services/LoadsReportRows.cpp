@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
+#include <type_traits>
 #include <unordered_map>
 
 namespace opterecenje {
@@ -243,6 +244,58 @@ private:
     std::string m_anvelopa;
 };
 
+/// The checksums, summed when they are first asked for (reading every object takes a while).
+class CTabelaSuma : public CTabelaNaZahtev {
+public:
+    CTabelaSuma(const CLoadsReport::TableSource& izvor, CObjBase* base, const CUcitaniIzvestaj& u)
+        : CTabelaNaZahtev(izvor, base), m_slucajevi(Idovi(u.slucajevi)),
+          m_kombinacije(Idovi(u.kombinacije)), m_anvelope(Idovi(u.anvelope)),
+          m_bImaModel(u.bImaModel) {}
+    size_t RowCount() const override { return !m_bImaModel && !m_kombinacije.empty() ? 4 : 3; }
+    void Rows(size_t first, size_t count, CReportRows& rows) const override {
+        if (m_sume.Count() == 0)
+            Saberi();
+        const size_t kraj = Kraj(first, count, RowCount());
+        for (size_t r = first; r < kraj; ++r) {
+            for (size_t c = 0; r < m_sume.Count() && c < m_sume.Cells(r); ++c)
+                rows.Cell(m_sume.Get(r, c));
+            rows.EndRow();
+        }
+    }
+
+private:
+    void Saberi() const {
+        CBaseManager bm;
+        if (!Otvori(bm))
+            return;
+        std::vector<const CSlucajOpterecenja*> slucajevi;
+        std::vector<const CKombinacijaOpterecenja*> kombinacije;
+        std::vector<const CAnvelopaOpterecenja*> anvelope;
+        const auto procitaj = [&bm](const std::vector<CId>& ids, auto& objekti) {
+            using Zapis = std::remove_cvref_t<decltype(*objekti.front())>;
+            for (const CId& id : ids)
+                if (const auto* p = Objekat<Zapis>(bm, id))
+                    objekti.push_back(p);
+        };
+        procitaj(m_slucajevi, slucajevi);
+        procitaj(m_kombinacije, kombinacije);
+        procitaj(m_anvelope, anvelope);
+        for (const CLoadsReport::Row& red : Sume(slucajevi, kombinacije, anvelope, m_bImaModel)) {
+            for (const CString& celija : red) {
+                DodajUtf8(m_sume.Text(), celija);
+                m_sume.EndCell();
+            }
+            m_sume.EndRow();
+        }
+    }
+
+    std::vector<CId> m_slucajevi;
+    std::vector<CId> m_kombinacije;
+    std::vector<CId> m_anvelope;
+    bool m_bImaModel;
+    mutable CReportRows m_sume;
+};
+
 } // namespace
 
 CReportTables IzvestajNaZahtev() {
@@ -258,7 +311,7 @@ CReportTables IzvestajNaZahtev() {
     tabele.push_back(std::make_unique<CTabelaKombinacija>(izvori[1], base, u));
     tabele.push_back(std::make_unique<CGotovaTabela>(izvori[2], base));
     tabele.push_back(std::make_unique<CTabelaSkale>(izvori[3], base, u));
-    tabele.push_back(std::make_unique<CGotovaTabela>(izvori[4], base));
+    tabele.push_back(std::make_unique<CTabelaSuma>(izvori[4], base, u));
     return tabele;
 }
 
