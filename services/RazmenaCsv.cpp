@@ -6,6 +6,7 @@
 #include "text/Translator.h"
 #include "toler/Toler.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -102,12 +103,13 @@ public:
                     polje += m_tekst[m_p++];
                 polja.push_back(polje);
             } else {
-                size_t k = m_p;
-                while (k < m_tekst.size() && m_tekst[k] != ',' && m_tekst[k] != '\n' &&
-                       m_tekst[k] != '\r')
-                    ++k;
-                polja.push_back(m_tekst.substr(m_p, k - m_p));
-                m_p = k;
+                const char* const pocetak = m_tekst.data() + m_p;
+                const char* const kraj = m_tekst.data() + m_tekst.size();
+                const char* p = pocetak;
+                while (p != kraj && *p != ',' && *p != '\n' && *p != '\r')
+                    ++p;
+                polja.emplace_back(pocetak, static_cast<size_t>(p - pocetak));
+                m_p += static_cast<size_t>(p - pocetak);
             }
             if (m_p < m_tekst.size() && m_tekst[m_p] == ',') {
                 ++m_p;
@@ -195,8 +197,9 @@ bool SlucajZaglavlja(std::string_view zaglavlje, const std::vector<CSlucajOpisa>
     return true;
 }
 
-bool Zaglavlje(const std::vector<std::string_view>& polja, const std::vector<CSlucajOpisa>& slucajevi,
-               std::vector<CKolona>& kolone, CString& greska) {
+bool Zaglavlje(const std::vector<std::string_view>& polja,
+               const std::vector<CSlucajOpisa>& slucajevi, std::vector<CKolona>& kolone,
+               CString& greska) {
     std::vector<int> kolonaSlucaja(slucajevi.size(), 0);
     bool imaNaziv = false;
     bool imaGenerisan = false;
@@ -312,6 +315,8 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
     // Room for as many coefficients as the text can hold (",1" takes two bytes): only the part
     // that is filled takes memory, and the list is never copied while it grows.
     kombinacije.clanovi.reserve(tekst.size() / 2 + 16);
+    kombinacije.lista.reserve(static_cast<size_t>(std::count(tekst.begin(), tekst.end(), '\n')) +
+                              1);
     CCitacCsv citac(tekst);
     std::vector<std::string_view> polja;
     std::vector<CKolona> kolone;
@@ -324,10 +329,8 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
         return false;
     while (citac.Sledeci(polja)) {
         const int red = citac.Red();
-        bool prazan = true;
-        for (const std::string_view p : polja)
-            prazan = prazan && BezRazmaka(p).empty();
-        if (prazan)
+        if (std::all_of(polja.begin(), polja.end(),
+                        [](std::string_view p) { return BezRazmaka(p).empty(); }))
             continue;
         if (polja.size() > kolone.size()) {
             greska = NaPolju(red, static_cast<int>(kolone.size()) + 1,
@@ -349,7 +352,8 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
                     greska = NaPolju(red, kolona, T(L"\"Generated\" is yes or no"));
                     return false;
                 }
-            } else if (opis.vrsta == EKolona::Slucaj && !BezRazmaka(polja[c]).empty()) {
+            } else if (opis.vrsta == EKolona::Slucaj && !polja[c].empty() &&
+                       !BezRazmaka(polja[c]).empty()) {
                 CClan clan{opis.slucaj, 0.0};
                 CString razlog;
                 if (!Koeficijent(polja[c], clan.koef, razlog)) {
