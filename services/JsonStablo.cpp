@@ -221,9 +221,9 @@ public:
     bool start_array(size_t) {
         if (m_parDubina == 1) {
             // A pair begins.
-            m_par = CParJson{};
-            m_par.poz = static_cast<uint32_t>(Pocetak());
-            m_kraj = m_par.poz + 1;
+            m_par = CClan{};
+            m_parPoz = static_cast<uint32_t>(Pocetak());
+            m_kraj = m_parPoz + 1;
             m_nElemenata = 0;
             m_parDubina = 2;
             return true;
@@ -264,8 +264,9 @@ public:
             const size_t poz = Pocetak();
             m_kraj = poz + 1;
             if (m_nElemenata != 2)
-                return Odbij(m_par.poz, T(L"a pair must hold a load case and a number"));
+                return Odbij(m_parPoz, T(L"a pair must hold a load case and a number"));
             m_stablo.m_parovi.push_back(m_par);
+            m_stablo.m_pozicije.push_back(m_parPoz);
             m_parDubina = 1;
             return true;
         }
@@ -374,12 +375,12 @@ private:
             if (m_nElemenata == 0) {
                 if (!ceo)
                     return Odbij(poz, T(L"a load case is given by its number or its name"));
-                m_par.slucaj = i >= 1 && i <= INT32_MAX ? static_cast<int32_t>(i) : 0;
-                m_par.poz = static_cast<uint32_t>(poz);
+                m_par.indeks = i >= 1 && i <= INT32_MAX ? static_cast<int32_t>(i) : 0;
+                m_parPoz = static_cast<uint32_t>(poz);
             } else if (m_nElemenata == 1) {
                 m_par.koef = d;
             } else {
-                return Odbij(m_par.poz, T(L"a pair must hold a load case and a number"));
+                return Odbij(m_parPoz, T(L"a pair must hold a load case and a number"));
             }
             ++m_nElemenata;
             return true;
@@ -402,8 +403,8 @@ private:
             it = m_indeksImena.emplace(s, static_cast<int32_t>(m_stablo.m_imena.size())).first;
             m_stablo.m_imena.push_back(it->first);
         }
-        m_par.slucaj = -it->second - 1;
-        m_par.poz = static_cast<uint32_t>(poz);
+        m_par.indeks = -it->second - 1;
+        m_parPoz = static_cast<uint32_t>(poz);
         ++m_nElemenata;
         return true;
     }
@@ -465,7 +466,8 @@ private:
     EClan m_kombClan = EClan::Nijedan;
     uint8_t m_kombKljucevi = 0;
     int m_nElemenata = 0;
-    CParJson m_par;
+    CClan m_par;
+    uint32_t m_parPoz = 0;
     struct CHes {
         using is_transparent = void;
         size_t operator()(std::string_view s) const { return std::hash<std::string_view>()(s); }
@@ -596,6 +598,7 @@ void CStabloJson::Isprazni() {
     m_tekstovi.clear();
     m_kombinacije.clear();
     m_parovi.clear();
+    m_pozicije.clear();
     m_imena.clear();
     m_greska.clear();
     m_greskaPoz = 0;
@@ -623,6 +626,7 @@ bool CStabloJson::Procitaj(std::string_view tekst) {
     // Room for as many pairs as the text can hold ("[1,1]," takes six bytes): only the part
     // that is filled takes memory, and the list is never copied while it grows.
     m_parovi.reserve(std::min<size_t>(tekst.size() / 6 + 16, size_t{1} << 24));
+    m_pozicije.reserve(m_parovi.capacity());
     // And for as many combinations ("{"coefficients": [[1,1]]}," takes 26 bytes).
     m_kombinacije.reserve(std::min<size_t>(tekst.size() / 26 + 4, size_t{1} << 22));
     if (ProcitajBrzo(tekst))

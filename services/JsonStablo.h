@@ -8,6 +8,7 @@
 // the tree keeps, the load case given as a number or as a name. An array of combinations of the
 // usual form goes into a list of its own as well.
 #include "framework/String.h"
+#include "services/RazmenaOpis.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -63,24 +64,25 @@ struct CKombinacijaJson {
     bool imaKoeficijente = false;
 };
 
-/// One pair [load case, number]: the load case by its number (slucaj > 0), by a name of the
-/// tree's list of names (name -slucaj - 1 for slucaj < 0), or by a number that names no load
-/// case, 0 or beyond 2^31 (slucaj = 0; the number is read again from the text).
-struct CParJson {
-    double koef = 0.0;
-    uint32_t poz = 0; // where the load case is written (texts are under 4 GiB)
-    int32_t slucaj = 0;
-};
-
+/// The pairs [load case, number] of a text are kept as members of a combination (CClan) whose
+/// indeks names the load case as written: by its number (indeks > 0), by a name of the tree's
+/// list of names (name -indeks - 1 for indeks < 0), or by a number that names no load case, 0
+/// or beyond 2^31 (indeks = 0; the number is read again from the text). The list is the one in
+/// which a description keeps the members of its combinations, so that those of the bulk of a
+/// text become its members where they stand.
 class CStabloJson {
 public:
+    explicit CStabloJson(std::vector<CClan>& parovi) : m_parovi(parovi) {}
+
     /// Reads the text; false with the place and the reason when it is not JSON this tree
     /// takes (syntax, nesting deeper than 64 levels, a key given twice in one object, a pair
     /// array that is not made of pairs). The tree refers to the text, which must outlive it.
     bool Procitaj(std::string_view tekst);
 
     const CCvor& Koren() const { return m_koren; }
-    const std::vector<CParJson>& Parovi() const { return m_parovi; }
+    const std::vector<CClan>& Parovi() const { return m_parovi; }
+    /// Where pair i's load case is written (texts are under 4 GiB).
+    uint32_t PozicijaPara(size_t i) const { return m_pozicije[i]; }
     const std::vector<std::string>& Imena() const { return m_imena; }
     const std::vector<CKombinacijaJson>& Kombinacije() const { return m_kombinacije; }
     size_t GreskaPoz() const { return m_greskaPoz; }
@@ -100,7 +102,8 @@ private:
     // The values of the tree in blocks that never move once made.
     std::vector<std::vector<CCvor>> m_blokovi;
     std::deque<std::string> m_tekstovi;
-    std::vector<CParJson> m_parovi;
+    std::vector<CClan>& m_parovi;
+    std::vector<uint32_t> m_pozicije;
     std::vector<CKombinacijaJson> m_kombinacije;
     std::vector<std::string> m_imena;
     size_t m_greskaPoz = 0;

@@ -60,11 +60,13 @@ private:
     // ---- load cases named by number or name
     bool Imenik(const CCvor& niz, CImenik& imenik, bool bJedinstvena);
     bool Slucaj(const CCvor& c, const CImenik& imenik, int n, int32_t& indeks);
-    bool SlucajUParu(const CParJson& p, const CImenik& imenik, int n, int32_t& indeks);
+    bool SlucajUParu(size_t par, const CImenik& imenik, int n, int32_t& indeks);
     bool Parovi(const CCvor& o, const char* k, const CImenik& imenik, int n,
                 std::vector<CClan>& clanovi, bool& imaClan);
     bool Parovi(uint32_t prvi, uint32_t broj, const CImenik& imenik, int n,
                 std::vector<CClan>& clanovi);
+    bool Clanovi(uint32_t prvi, uint32_t broj, const CImenik& imenik, int n,
+                 CKombinacijeOpisa& kombinacije, CKombinacijaOpisa& k);
 
     bool Slucajevi(const CCvor& niz);
     bool Slucaj(const CCvor& c, CSlucajOpisa& s);
@@ -85,7 +87,6 @@ private:
     CString m_greska;
     CImenik m_imenik;
     std::vector<const CCvor*> m_cvorSlucaja;
-    std::vector<std::vector<CParJson>> m_srss; // as written, checked once all are read
 };
 
 bool CCitacOpisa::Poznati(const CCvor& o, std::initializer_list<std::string_view> kljucevi,
@@ -203,26 +204,28 @@ bool CCitacOpisa::Slucaj(const CCvor& c, const CImenik& imenik, int n, int32_t& 
     return true;
 }
 
-bool CCitacOpisa::SlucajUParu(const CParJson& p, const CImenik& imenik, int n, int32_t& indeks) {
-    if (p.slucaj < 0) {
-        const std::string& ime = m_stablo.Imena()[static_cast<size_t>(-p.slucaj - 1)];
+bool CCitacOpisa::SlucajUParu(size_t par, const CImenik& imenik, int n, int32_t& indeks) {
+    const int32_t slucaj = m_stablo.Parovi()[par].indeks;
+    const uint32_t poz = m_stablo.PozicijaPara(par);
+    if (slucaj < 0) {
+        const std::string& ime = m_stablo.Imena()[static_cast<size_t>(-slucaj - 1)];
         const auto it = imenik.indeks.find(ime);
         if (it == imenik.indeks.end())
-            return Odbij(p.poz, L"there is no load case named \"%s\"", ime);
+            return Odbij(poz, L"there is no load case named \"%s\"", ime);
         indeks = it->second;
         return true;
     }
-    if (p.slucaj == 0 || p.slucaj > n) {
+    if (slucaj == 0 || slucaj > n) {
         // A number the pair could not keep is written in the text as a whole number.
-        long long broj = p.slucaj;
-        if (p.slucaj == 0)
-            std::from_chars(m_tekst.data() + p.poz, m_tekst.data() + m_tekst.size(), broj);
-        return Odbij(p.poz, CString::Formatted(T(L"there is no load case %lld (they are numbered "
-                                                 L"1 to %d)")
-                                                   .c_str(),
-                                               broj, n));
+        long long broj = slucaj;
+        if (slucaj == 0)
+            std::from_chars(m_tekst.data() + poz, m_tekst.data() + m_tekst.size(), broj);
+        return Odbij(poz, CString::Formatted(T(L"there is no load case %lld (they are numbered "
+                                               L"1 to %d)")
+                                                 .c_str(),
+                                             broj, n));
     }
-    indeks = p.slucaj - 1;
+    indeks = slucaj - 1;
     return true;
 }
 
@@ -243,16 +246,43 @@ bool CCitacOpisa::Parovi(const CCvor& o, const char* k, const CImenik& imenik, i
 bool CCitacOpisa::Parovi(uint32_t prviPar, uint32_t broj, const CImenik& imenik, int n,
                          std::vector<CClan>& clanovi) {
     const size_t prvi = clanovi.size();
-    std::vector<CParJson>::const_iterator par = m_stablo.Parovi().begin() + prviPar;
-    for (uint32_t e = 0; e < broj; ++e, ++par) {
+    for (size_t par = prviPar; par < size_t{prviPar} + broj; ++par) {
         CClan clan;
-        if (!SlucajUParu(*par, imenik, n, clan.indeks))
+        if (!SlucajUParu(par, imenik, n, clan.indeks))
             return false;
-        clan.koef = par->koef;
+        clan.koef = m_stablo.Parovi()[par].koef;
         for (size_t j = prvi; j < clanovi.size(); ++j)
             if (clanovi[j].indeks == clan.indeks)
-                return Odbij(par->poz, T(L"the load case is named twice"));
+                return Odbij(m_stablo.PozicijaPara(par), T(L"the load case is named twice"));
         clanovi.push_back(clan);
+    }
+    return true;
+}
+
+/// The members of a combination, from the pairs [prvi, prvi + broj) of the tree. In the
+/// description's own list of combinations, whose members are the tree's pairs, each pair
+/// becomes the member it names where it stands.
+bool CCitacOpisa::Clanovi(uint32_t prviPar, uint32_t broj, const CImenik& imenik, int n,
+                          CKombinacijeOpisa& kombinacije, CKombinacijaOpisa& k) {
+    if (&kombinacije.clanovi != &m_stablo.Parovi()) {
+        k.prvi = static_cast<uint32_t>(kombinacije.clanovi.size());
+        if (!Parovi(prviPar, broj, imenik, n, kombinacije.clanovi))
+            return false;
+        k.broj = static_cast<uint32_t>(kombinacije.clanovi.size()) - k.prvi;
+        return true;
+    }
+    k.prvi = prviPar;
+    k.broj = broj;
+    CClan* clanovi = kombinacije.clanovi.data() + prviPar;
+    for (uint32_t e = 0; e < broj; ++e) {
+        int32_t indeks = 0;
+        if (!SlucajUParu(prviPar + e, imenik, n, indeks))
+            return false;
+        for (uint32_t j = 0; j < e; ++j)
+            if (clanovi[j].indeks == indeks)
+                return Odbij(m_stablo.PozicijaPara(prviPar + e),
+                             T(L"the load case is named twice"));
+        clanovi[e].indeks = indeks;
     }
     return true;
 }
@@ -263,7 +293,6 @@ bool CCitacOpisa::Slucajevi(const CCvor& niz) {
     if (!Imenik(niz, m_imenik, true))
         return false;
     m_opis.slucajevi.resize(niz.deca.size());
-    m_srss.resize(niz.deca.size());
     for (size_t k = 0; k < niz.deca.size(); ++k) {
         m_cvorSlucaja.push_back(&niz.deca[k]);
         if (!Slucaj(niz.deca[k], m_opis.slucajevi[k]))
@@ -352,16 +381,16 @@ bool CCitacOpisa::SRSS() {
         bPosleSRSS = true;
         const CCvor& niz = *c.Clan("srss");
         for (uint32_t e = 0; e < niz.broj; ++e) {
-            const CParJson& par = m_stablo.Parovi()[niz.prvi + e];
+            const uint32_t poz = m_stablo.PozicijaPara(niz.prvi + e);
             const CClan& clan = s.srss[e];
             if (jeSRSS[static_cast<size_t>(clan.indeks)])
-                return Odbij(par.poz, T(L"an SRSS load case combines load cases that are not "
-                                        L"SRSS cases"));
+                return Odbij(poz, T(L"an SRSS load case combines load cases that are not "
+                                    L"SRSS cases"));
             if (!std::isfinite(clan.koef) || clan.koef <= 0.0)
-                return Odbij(par.poz, T(L"an SRSS weight must be a number above 0"));
+                return Odbij(poz, T(L"an SRSS weight must be a number above 0"));
             // The weight is kept squared, and the square must be a number too.
             if (!std::isfinite(clan.koef * clan.koef))
-                return Odbij(par.poz, T(L"an SRSS weight must be below 1e154"));
+                return Odbij(poz, T(L"an SRSS weight must be below 1e154"));
         }
         if (s.srss.size() < 2)
             return Odbij(niz.poz, T(L"an SRSS load case combines at least two load cases"));
@@ -374,7 +403,8 @@ bool CCitacOpisa::SRSS() {
 bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bool bObicne,
                               CKombinacijeOpisa& kombinacije) {
     // Room for every pair of the text: only the part that is filled takes memory.
-    kombinacije.clanovi.reserve(m_stablo.Parovi().size());
+    if (&kombinacije.clanovi != &m_stablo.Parovi())
+        kombinacije.clanovi.reserve(m_stablo.Parovi().size());
     if (niz.vrsta == CCvor::Vrsta::Kombinacije) {
         kombinacije.lista.reserve(niz.broj);
         for (uint32_t e = 0; e < niz.broj; ++e)
@@ -398,11 +428,13 @@ bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bo
             return Odbij(ime->poz, L"\"%s\" must be a string", "name");
         if (!k.generisan && !Tekst(c, "name", k.naziv))
             return false;
-        k.prvi = static_cast<uint32_t>(kombinacije.clanovi.size());
-        bool ima = false;
-        if (!Parovi(c, "coefficients", imenik, n, kombinacije.clanovi, ima))
+        const CCvor* koef = c.Clan("coefficients");
+        const bool ima = koef != nullptr;
+        if (ima && koef->vrsta != CCvor::Vrsta::Parovi)
+            return Odbij(koef->poz, L"\"%s\" must be an array of pairs [load case, number]",
+                         "coefficients");
+        if (!Clanovi(ima ? koef->prvi : 0, ima ? koef->broj : 0, imenik, n, kombinacije, k))
             return false;
-        k.broj = static_cast<uint32_t>(kombinacije.clanovi.size()) - k.prvi;
         if (bObicne) {
             // What the combination editor would not accept on OK.
             if (!ima)
@@ -412,7 +444,7 @@ bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bo
                 const CClan& clan = kombinacije.clanovi[k.prvi + e];
                 nenulti = nenulti || !CToler::Jednaki(clan.koef, 0.0);
                 if (m_opis.slucajevi[static_cast<size_t>(clan.indeks)].uticaj != UL_NIJEDNA)
-                    return Odbij(m_stablo.Parovi()[c.Clan("coefficients")->prvi + e].poz,
+                    return Odbij(m_stablo.PozicijaPara(koef->prvi + e),
                                  T(L"an influence-line load case takes part in no combination"));
             }
             if (!nenulti)
@@ -431,10 +463,9 @@ bool CCitacOpisa::Kombinacija(const CKombinacijaJson& j, const CImenik& imenik, 
     k.generisan = j.imaGenerisan ? j.generisan : !j.imaIme;
     if (!k.generisan && j.imaIme)
         k.naziv = Utf(j.ime);
-    k.prvi = static_cast<uint32_t>(kombinacije.clanovi.size());
-    if (j.imaKoeficijente && !Parovi(j.prvi, j.broj, imenik, n, kombinacije.clanovi))
+    if (!Clanovi(j.imaKoeficijente ? j.prvi : 0, j.imaKoeficijente ? j.broj : 0, imenik, n,
+                 kombinacije, k))
         return false;
-    k.broj = static_cast<uint32_t>(kombinacije.clanovi.size()) - k.prvi;
     if (bObicne) {
         if (!j.imaKoeficijente)
             return Odbij(j.poz, T(L"a combination needs \"coefficients\""));
@@ -443,7 +474,7 @@ bool CCitacOpisa::Kombinacija(const CKombinacijaJson& j, const CImenik& imenik, 
             const CClan& clan = kombinacije.clanovi[k.prvi + e];
             nenulti = nenulti || !CToler::Jednaki(clan.koef, 0.0);
             if (m_opis.slucajevi[static_cast<size_t>(clan.indeks)].uticaj != UL_NIJEDNA)
-                return Odbij(m_stablo.Parovi()[j.prvi + e].poz,
+                return Odbij(m_stablo.PozicijaPara(j.prvi + e),
                              T(L"an influence-line load case takes part in no combination"));
         }
         if (!nenulti)
@@ -554,7 +585,7 @@ bool CCitacOpisa::Stabilnost(const CCvor& c) {
     std::vector<bool> fiksan(static_cast<size_t>(n));
     for (size_t e = 0; e < st.fiksni.size(); ++e) {
         const CClan& clan = st.fiksni[e];
-        const size_t poz = m_stablo.Parovi()[c.Clan("fixed")->prvi + e].poz;
+        const size_t poz = m_stablo.PozicijaPara(c.Clan("fixed")->prvi + e);
         if (!UStabilnosti(clan.indeks))
             return Odbij(poz, CString::Formatted(T(L"load case %d takes no part in a stability "
                                                    L"analysis (it is seismic, SRSS, NDA or an "
@@ -662,7 +693,8 @@ CString NaMestu(std::string_view tekst, size_t poz, const CString& poruka) {
 
 bool ProcitajJson(std::string_view tekst, COpis& opis, CString& greska) {
     opis = COpis();
-    CStabloJson stablo;
+    // The pairs of the text are kept where the description keeps its combinations' members.
+    CStabloJson stablo(opis.kombinacije.clanovi);
     if (!stablo.Procitaj(tekst)) {
         greska = NaMestu(tekst, stablo.GreskaPoz(), stablo.Greska());
         return false;
