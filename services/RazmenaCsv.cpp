@@ -53,8 +53,15 @@ bool Jednako(std::string_view a, std::string_view b) {
     return true;
 }
 
+/// A field of a record that is not empty, with its column (from 0).
+struct CPolje {
+    uint32_t kolona = 0;
+    std::string_view tekst;
+};
+
 /// The records of a CSV text, one at a time, fields unquoted: a field without quotes is the
-/// text's own bytes, a quoted one is kept by the reader until the next record.
+/// text's own bytes, a quoted one is kept by the reader until the next record. Only fields that
+/// are not empty are given, for a table of combinations is mostly empty fields.
 class CCitacCsv {
 public:
     explicit CCitacCsv(std::string_view tekst) : m_tekst(tekst) {
@@ -62,16 +69,28 @@ public:
             m_p = 3;
     }
 
-    /// The next record into polja; false at the end of the text or when a quoted field does
-    /// not end (Greska() then says so).
-    bool Sledeci(std::vector<std::string_view>& polja) {
+    /// The next record: its fields that are not empty into polja, and the number of all its
+    /// fields; false at the end of the text or when a quoted field does not end (Greska() then
+    /// says so).
+    bool Sledeci(std::vector<CPolje>& polja, size_t& brojPolja) {
         polja.clear();
+        brojPolja = 0;
         if (m_p >= m_tekst.size())
             return false;
         m_red = m_sledeciRed;
+        const char* const tekst = m_tekst.data();
+        const char* const kraj = tekst + m_tekst.size();
         size_t nNavodnih = 0;
+        uint32_t kolona = 0;
         for (;;) {
-            if (m_p < m_tekst.size() && m_tekst[m_p] == '"') {
+            // Empty fields cost one comparison each.
+            const char* p = tekst + m_p;
+            while (p != kraj && *p == ',') {
+                ++kolona;
+                ++p;
+            }
+            m_p = static_cast<size_t>(p - tekst);
+            if (p != kraj && *p == '"') {
                 if (nNavodnih == m_navodni.size())
                     m_navodni.emplace_back();
                 std::string& polje = m_navodni[nNavodnih++];
@@ -80,7 +99,7 @@ public:
                 ++m_p;
                 for (;;) {
                     if (m_p >= m_tekst.size()) {
-                        m_greska = NaPolju(pocetniRed, static_cast<int>(polja.size()) + 1,
+                        m_greska = NaPolju(pocetniRed, static_cast<int>(kolona) + 1,
                                            T(L"a quoted field is not closed"));
                         return false;
                     }
@@ -101,16 +120,17 @@ public:
                 while (m_p < m_tekst.size() && m_tekst[m_p] != ',' && m_tekst[m_p] != '\n' &&
                        m_tekst[m_p] != '\r')
                     polje += m_tekst[m_p++];
-                polja.push_back(polje);
+                if (!polje.empty())
+                    polja.push_back({kolona, polje});
             } else {
-                const char* const pocetak = m_tekst.data() + m_p;
-                const char* const kraj = m_tekst.data() + m_tekst.size();
-                const char* p = pocetak;
-                while (p != kraj && *p != ',' && *p != '\n' && *p != '\r')
-                    ++p;
-                polja.emplace_back(pocetak, static_cast<size_t>(p - pocetak));
-                m_p += static_cast<size_t>(p - pocetak);
+                const char* q = p;
+                while (q != kraj && *q != ',' && *q != '\n' && *q != '\r')
+                    ++q;
+                if (q != p)
+                    polja.push_back({kolona, std::string_view(p, static_cast<size_t>(q - p))});
+                m_p = static_cast<size_t>(q - tekst);
             }
+            ++kolona;
             if (m_p < m_tekst.size() && m_tekst[m_p] == ',') {
                 ++m_p;
                 continue;
@@ -120,6 +140,7 @@ public:
             if (m_p < m_tekst.size() && m_tekst[m_p] == '\n')
                 ++m_p;
             ++m_sledeciRed;
+            brojPolja = kolona;
             return true;
         }
     }
@@ -318,21 +339,25 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
     kombinacije.lista.reserve(static_cast<size_t>(std::count(tekst.begin(), tekst.end(), '\n')) +
                               1);
     CCitacCsv citac(tekst);
-    std::vector<std::string_view> polja;
+    std::vector<CPolje> polja;
+    size_t brojPolja = 0;
     std::vector<CKolona> kolone;
-    if (!citac.Sledeci(polja)) {
+    if (!citac.Sledeci(polja, brojPolja)) {
         greska =
             citac.Greska().IsEmpty() ? T(L"line 1: the table has no heading row") : citac.Greska();
         return false;
     }
-    if (!Zaglavlje(polja, slucajevi, kolone, greska))
+    std::vector<std::string_view> zaglavlje(brojPolja);
+    for (const CPolje& p : polja)
+        zaglavlje[p.kolona] = p.tekst;
+    if (!Zaglavlje(zaglavlje, slucajevi, kolone, greska))
         return false;
-    while (citac.Sledeci(polja)) {
+    while (citac.Sledeci(polja, brojPolja)) {
         const int red = citac.Red();
         if (std::all_of(polja.begin(), polja.end(),
-                        [](std::string_view p) { return BezRazmaka(p).empty(); }))
+                        [](const CPolje& p) { return BezRazmaka(p.tekst).empty(); }))
             continue;
-        if (polja.size() > kolone.size()) {
+        if (brojPolja > kolone.size()) {
             greska = NaPolju(red, static_cast<int>(kolone.size()) + 1,
                              T(L"the row has more fields than the heading"));
             return false;
@@ -342,21 +367,20 @@ bool ProcitajCsv(std::string_view tekst, const std::vector<CSlucajOpisa>& slucaj
         std::string_view naziv;
         int generisan = -1;
         bool nenulti = false;
-        for (size_t c = 0; c < polja.size(); ++c) {
-            const int kolona = static_cast<int>(c) + 1;
-            const CKolona& opis = kolone[c];
+        for (const CPolje& polje : polja) {
+            const int kolona = static_cast<int>(polje.kolona) + 1;
+            const CKolona& opis = kolone[polje.kolona];
             if (opis.vrsta == EKolona::Naziv) {
-                naziv = polja[c];
+                naziv = polje.tekst;
             } else if (opis.vrsta == EKolona::Generisan) {
-                if (!Generisan(polja[c], generisan)) {
+                if (!Generisan(polje.tekst, generisan)) {
                     greska = NaPolju(red, kolona, T(L"\"Generated\" is yes or no"));
                     return false;
                 }
-            } else if (opis.vrsta == EKolona::Slucaj && !polja[c].empty() &&
-                       !BezRazmaka(polja[c]).empty()) {
+            } else if (opis.vrsta == EKolona::Slucaj && !BezRazmaka(polje.tekst).empty()) {
                 CClan clan{opis.slucaj, 0.0};
                 CString razlog;
-                if (!Koeficijent(polja[c], clan.koef, razlog)) {
+                if (!Koeficijent(polje.tekst, clan.koef, razlog)) {
                     greska = NaPolju(red, kolona, razlog);
                     return false;
                 }

@@ -216,3 +216,40 @@ TEST_F(RazmenaTest, JsonAtTheEdgesOfTheSyntaxIsReadExactlyOrRefusedWithItsPlace)
     }
     EXPECT_EQ(Bajtovi(), pre);
 }
+
+TEST_F(RazmenaTest, ACsvTableOfMostlyEmptyFieldsIsReadFieldByField) {
+    int n = 0;
+    CString greska;
+    // Blank rows (empty, spaces or an empty quoted field) are passed over; a name of spaces is
+    // a name; the table's last column may be left empty.
+    ASSERT_TRUE(opterecenje::UveziCsv("Name,Generated,1. S1,2. S2\r\n,,,\r\n  , ,\t,\"\"\r\n"
+                                      "\"\",,1,\r\nK,\"no\",,\"2\"\r\n\" \",,,3\n",
+                                      true, n, greska))
+        << greska.ToUtf8();
+    EXPECT_EQ(n, 3);
+    std::string csv;
+    opterecenje::IzveziCsv(csv);
+    EXPECT_EQ(csv, "No.,Name,Generated,1. S1,2. S2\r\n1,I,yes,1,\r\n2,K,no,,2\r\n"
+                   "3,\" \",no,,3\r\n");
+
+    const std::vector<uint8_t> pre = Bajtovi();
+    struct Odbijen {
+        const char* tekst;
+        const char* greska;
+    };
+    const Odbijen odbijeni[] = {
+        {"Name,1. S1\r\nK,1,\r\n",
+         "line 2, column 3 (C): the row has more fields than the heading"},
+        {"Name,1. S1,2. S2\r\nK,,,,\r\n",
+         "line 2, column 4 (D): the row has more fields than the heading"},
+        {"Name,,2. S2\r\n", "line 1, column 2 (B): \"\" is not a load case of the model"},
+        {"Name,1. S1,2. S2\r\nK,,\"\"\r\n",
+         "line 2, column 2 (B): a combination needs a coefficient other than zero"},
+        {"Name,1. S1\r\nK,\"1\r\n", "line 2, column 2 (B): a quoted field is not closed"},
+    };
+    for (const Odbijen& o : odbijeni) {
+        EXPECT_FALSE(opterecenje::UveziCsv(o.tekst, true, n, greska)) << o.tekst;
+        EXPECT_EQ(greska.ToUtf8(), o.greska) << o.tekst;
+    }
+    EXPECT_EQ(Bajtovi(), pre);
+}
