@@ -23,13 +23,6 @@ enum : int {
 
 class SRSSTest : public EditoriTest {
 protected:
-    /// Ordinary cases S1..Sn with ordinals 1..n.
-    std::vector<CId> Obicni(int n) {
-        std::vector<CId> ids;
-        for (int k = 1; k <= n; ++k)
-            ids.push_back(Slucaj(CString::Formatted(L"S%d", k), k));
-        return ids;
-    }
     void Dijalog(std::function<void(CDlgSRSSKombOpt&)> scena) {
         Ocekuj<CDlgSRSSKombOpt>(2090, std::move(scena));
         opterecenje::SRSSKombinacijeDlg();
@@ -51,7 +44,7 @@ using Faktori = std::vector<std::pair<int, double>>;
 
 TEST_F(SRSSTest, CoefficientsAreEnteredRoundedSquaredAndNamedAndOkWritesOneUndoStep) {
     // S1..S5; S4 an influence-line case and S5 marked NDA are not offered; SRSS I+II as 6.
-    Obicni(3);
+    Slucajevi(3);
     Slucaj(L"S4", 4, UticajnaLinija);
     Slucaj(L"S5", 5, Nda);
     Slucaj(L"SRSS: I+II", 6, Srss({1, 2}));
@@ -59,10 +52,6 @@ TEST_F(SRSSTest, CoefficientsAreEnteredRoundedSquaredAndNamedAndOkWritesOneUndoS
 
     Dijalog([&](CDlgSRSSKombOpt& d) {
         CGridModel& g = Grid(d, G2);
-        EXPECT_EQ(Red(g, 0), (std::vector<CString>{L"", L"Naziv", L"1", L"2", L"3"}));
-        EXPECT_EQ(g.GetItemImage(0, 0), GridImage::Zaglavlje);
-        EXPECT_EQ(g.GetColumnWidth(0), 35);
-        EXPECT_EQ(g.GetColumnWidth(4), 55);
         EXPECT_EQ(Red(g, 1),
                   (std::vector<CString>{L"6", L"SRSS: I+II", L"1.00", L"1.00", L"0.00"}));
         EXPECT_EQ(Red(Grid(d, G1), 3), (std::vector<CString>{L"3", L"S3"}));
@@ -119,7 +108,7 @@ TEST_F(SRSSTest, CoefficientsAreEnteredRoundedSquaredAndNamedAndOkWritesOneUndoS
 }
 
 TEST_F(SRSSTest, FewerThanTwoCoefficientsBlockOkAtTheFirstColumnLeftToFill) {
-    Obicni(3);
+    Slucajevi(3);
     Slucaj(L"SRSS", 4, Srss({1, 3}));
     const std::vector<uint8_t> pre = Bajtovi();
 
@@ -162,7 +151,7 @@ TEST_F(SRSSTest, FewerThanTwoCoefficientsBlockOkAtTheFirstColumnLeftToFill) {
 }
 
 TEST_F(SRSSTest, EntriesAreNumberedAfterTheOrdinaryCasesWhateverIsMovedAddedOrDeleted) {
-    Obicni(5);
+    Slucajevi(5);
     Slucaj(L"A", 6, Srss({1, 2}));
     Slucaj(L"B", 7, Srss({2, 3}));
     Slucaj(L"C", 8, Srss({4, 5}));
@@ -209,7 +198,7 @@ TEST_F(SRSSTest, EntriesAreNumberedAfterTheOrdinaryCasesWhateverIsMovedAddedOrDe
 }
 
 TEST_F(SRSSTest, DeletingAnSrssCaseTakesItsCombinationsFirst) {
-    const std::vector<CId> s = Obicni(2);
+    const std::vector<CId> s = Slucajevi(2);
     const CId a = Slucaj(L"A", 3, Srss({1, 2}));
     const CId b = Slucaj(L"B", 4, Srss({1, 2}));
     AddCombination(1, {{s[0], 1.0}, {a, 1.0}});
@@ -235,7 +224,7 @@ TEST_F(SRSSTest, DeletingAnSrssCaseTakesItsCombinationsFirst) {
 
 TEST_F(SRSSTest, OnlyCasesThatMayTakePartAreOfferedAndMisplacedSrssCasesAreRefused) {
     // S2 carries a moving load, S3 is unstable; both are left out.
-    const std::vector<CId> s = Obicni(3);
+    const std::vector<CId> s = Slucajevi(3);
     auto* pokretno = new CPokretnoOpterecenje;
     pokretno->SetSlOptId(s[1]);
     Insert(pokretno);

@@ -35,6 +35,18 @@ protected:
 
     std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
 
+    /// Load cases "S1".."Sn" with ordinals 1..n; podesi sets case k (0-based) up further.
+    std::vector<CId>
+    Slucajevi(int n, const std::function<void(int, CSlucajOpterecenja&)>& podesi = nullptr) {
+        std::vector<CId> ids;
+        for (int k = 0; k < n; ++k)
+            ids.push_back(
+                Slucaj(CString::Formatted(L"S%d", k + 1), k + 1, [&](CSlucajOpterecenja& s) {
+                    if (podesi)
+                        podesi(k, s);
+                }));
+        return ids;
+    }
     /// The next dialog must be the resource id; the scene acts in it as a presenter of type T.
     template <class T> void Ocekuj(int id, std::function<void(T&)> scena) {
         m_runner.Expect(id, [scena = std::move(scena)](CDialogPresenter& p) {

@@ -14,19 +14,6 @@
 
 class KombTest : public EditoriTest {
 protected:
-    /// Load cases "S1".."Sn" with ordinals 1..n; podesi sets case k (0-based) up further.
-    std::vector<CId>
-    Slucajevi(int n, const std::function<void(int, CSlucajOpterecenja&)>& podesi = nullptr) {
-        std::vector<CId> ids;
-        for (int k = 0; k < n; ++k)
-            ids.push_back(
-                Slucaj(CString::Formatted(L"S%d", k + 1), k + 1, [&](CSlucajOpterecenja& s) {
-                    if (podesi)
-                        podesi(k, s);
-                }));
-        return ids;
-    }
-
     /// Runs the editor through the module's command; the scene acts in it.
     void Editor(const std::function<void(CDlgKombOpt&)>& scena) {
         Ocekuj<CDlgKombOpt>(1002, scena);
