@@ -5,7 +5,6 @@
 #include "EditoriFixture.h"
 
 #include "dialogs/DlgSRSSKombOpt.h"
-#include "grid/GridImages.h"
 
 #include <gtest/gtest.h>
 
