@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <unordered_map>
 
 namespace {
@@ -154,6 +155,77 @@ CRowsTable FactorRows(const std::string& title, const CLoadCounts& counts, Facto
     return table;
 }
 
+std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoadCounts& counts,
+                                           FactorService service, AllFactorsService all) {
+    CCodedTable table{title, {"No.", "Load"}, {}, {}, {}, {}};
+    // The numbers of the distinct factors by their bits; a model has few of them.
+    std::unordered_map<uint64_t, uint16_t> codes;
+    bool tooMany = false;
+    size_t longest = 0;
+    const auto row = [&](int i, const CArray<double>& f) {
+        if (i >= counts.Total() || tooMany)
+            return;
+        if (i == 0) {
+            const auto loads = static_cast<size_t>(counts.Total());
+            table.codes.reserve(loads * static_cast<size_t>(f.GetSize()));
+            table.rowEnds.reserve(loads);
+            table.lead.Reserve(loads, 2 * loads, 24 * loads);
+        }
+        std::string& text = table.lead.Text();
+        AppendNumber(text, i + 1);
+        table.lead.EndCell();
+        AppendLoadName(text, counts, i);
+        table.lead.EndCell();
+        table.lead.EndRow();
+        // Neighbouring factors are mostly the same (zeros): the last one is tried first.
+        uint64_t lastBits = 0;
+        uint16_t last = 0;
+        bool any = false;
+        for (const double factor : f) {
+            const auto bits = std::bit_cast<uint64_t>(factor);
+            if (!any || bits != lastBits) {
+                auto it = codes.find(bits);
+                if (it == codes.end()) {
+                    if (table.texts.size() > UINT16_MAX) {
+                        tooMany = true;
+                        return;
+                    }
+                    it = codes.emplace(bits, static_cast<uint16_t>(table.texts.size())).first;
+                    table.texts.push_back(FormatFactor(factor));
+                }
+                last = it->second;
+                lastBits = bits;
+                any = true;
+            }
+            table.codes.push_back(last);
+        }
+        table.rowEnds.push_back(table.codes.size());
+        longest = std::max(longest, static_cast<size_t>(f.GetSize()));
+    };
+    if (all != nullptr) {
+        all(row);
+    } else {
+        CArray<double> factors;
+        for (int i = 0; i < counts.Total(); ++i) {
+            service(i, factors);
+            row(i, factors);
+        }
+    }
+    if (tooMany)
+        return std::nullopt;
+    for (size_t m = 0; m < longest; ++m)
+        table.header.push_back(std::to_string(m + 1));
+    return table;
+}
+
+void PrintFactors(std::ostream& out, const std::string& title, const CLoadCounts& counts,
+                  FactorService service, AllFactorsService all) {
+    if (const auto coded = CodedFactorRows(title, counts, service, all))
+        PrintTable(out, *coded);
+    else
+        PrintTable(out, FactorRows(title, counts, service, all));
+}
+
 void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
     frame.SetResultsMode(resultsMode);
     frame.ClearAnnouncements();
@@ -182,10 +254,10 @@ void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
     const CLoadCounts counts = CountLoads();
     out << "Theory: " << CLoadsServices::GetTeorija() << "\n\n";
     PrintTable(out, ScaleTable(counts));
-    PrintTable(out, FactorRows("Factors for analysis", counts, CLoadsServices::FaktoriZaProracun,
-                               CLoadsServices::SviFaktoriZaProracun));
-    PrintTable(out, FactorRows("Factors for printing", counts, CLoadsServices::FaktoriZaIspis,
-                               CLoadsServices::SviFaktoriZaIspis));
+    PrintFactors(out, "Factors for analysis", counts, CLoadsServices::FaktoriZaProracun,
+                 CLoadsServices::SviFaktoriZaProracun);
+    PrintFactors(out, "Factors for printing", counts, CLoadsServices::FaktoriZaIspis,
+                 CLoadsServices::SviFaktoriZaIspis);
     PrintSelector(out, frame, false);
     PrintSelector(out, frame, true);
 }

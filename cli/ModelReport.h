@@ -6,6 +6,7 @@
 #include "TablePrinter.h"
 #include "host/LoadsServices.h"
 
+#include <optional>
 #include <ostream>
 
 /// The numbers of loads on the global scale of the current document.
@@ -31,6 +32,14 @@ CTextTable FactorTable(const std::string& title, const CLoadCounts& counts, Fact
 using AllFactorsService = void (*)(const CLoadsServices::FactorRowVisitor& visit);
 CRowsTable FactorRows(const std::string& title, const CLoadCounts& counts, FactorService service,
                       AllFactorsService all);
+
+/// The same table with each distinct factor formatted once and the cells kept as its number;
+/// nothing when the model has too many distinct factors for that.
+std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoadCounts& counts,
+                                           FactorService service, AllFactorsService all);
+/// Prints the table of factors, kept as numbers of distinct factors where it can be.
+void PrintFactors(std::ostream& out, const std::string& title, const CLoadCounts& counts,
+                  FactorService service, AllFactorsService all);
 
 /// A factor as the tables show it: at least two decimals, more only when the value has them.
 std::string FormatFactor(double value);

@@ -51,23 +51,41 @@ public:
         Grow(m_header.size());
     }
 
+    /// Measures the rows; their columns are then fixed by Measured.
     void Measure(const CReportRows& rows) {
         for (size_t r = 0; r < rows.Count(); ++r) {
-            const size_t first = rows.FirstCell(r);
-            const size_t cells = rows.Cells(r);
             const bool ascii = Ascii(rows.RowText(r));
-            Grow(cells);
-            for (size_t c = 0; c < cells; ++c) {
-                const std::string_view text = rows.Cell(first + c);
-                m_widths[c] = std::max(m_widths[c], ascii ? text.size() : Width(text));
-                // A column with a cell that is no number is aligned left whatever follows.
-                if (text.empty() || m_allNumbers[c] == 0)
-                    continue;
-                const bool number = IsNumber(text);
-                m_anyNumber[c] = m_anyNumber[c] != 0 || number;
-                m_allNumbers[c] = number;
+            Grow(rows.Cells(r));
+            // Empty cells widen no column and align none.
+            for (size_t i = rows.FirstKept(r); i < rows.FirstKept(r + 1); ++i) {
+                const std::string_view text = rows.Kept(i);
+                MeasureCell(rows.KeptColumn(i), text, ascii ? text.size() : Width(text));
             }
         }
+    }
+
+    /// A cell of a column there is (Grow); the order of the cells does not matter.
+    void MeasureCell(size_t c, std::string_view text, size_t width) {
+        m_widths[c] = std::max(m_widths[c], width);
+        // A column with a cell that is no number is aligned left whatever follows.
+        if (text.empty() || m_allNumbers[c] == 0)
+            return;
+        const bool number = IsNumber(text);
+        m_anyNumber[c] = m_anyNumber[c] != 0 || number;
+        m_allNumbers[c] = number;
+    }
+
+    void Grow(size_t columns) {
+        while (m_widths.size() < columns) {
+            const size_t c = m_widths.size();
+            m_widths.push_back(c < m_header.size() ? Width(m_header[c]) : 0);
+            m_anyNumber.push_back(0);
+            m_allNumbers.push_back(1);
+        }
+    }
+
+    /// Ends the measuring: the places of the columns are known from here on.
+    void Measured() {
         m_starts.clear();
         m_right.clear();
         m_lineWidth = 0;
@@ -76,6 +94,29 @@ public:
             m_right.push_back(m_anyNumber[c] != 0 && m_allNumbers[c] != 0);
             m_lineWidth += m_widths[c] + 2;
         }
+    }
+
+    size_t LineWidth() const { return m_lineWidth; }
+
+    /// Puts an ASCII text into its column of a line of blanks; gives where it ends.
+    size_t Place(char* line, size_t c, std::string_view text) const {
+        const size_t at = m_right[c] ? m_starts[c] + m_widths[c] - text.size() : m_starts[c];
+        // Most cells are a few characters: copied without a call.
+        if (text.size() <= 8) {
+            for (size_t i = 0; i < text.size(); ++i)
+                line[at + i] = text[i];
+        } else {
+            std::memcpy(line + at, text.data(), text.size());
+        }
+        return at + text.size();
+    }
+
+    /// Ends a line whose last text ends at `end`; gives the bytes of the line.
+    static size_t EndLine(char* line, size_t end) {
+        while (end > 0 && line[end - 1] == ' ')
+            --end;
+        line[end] = '\n';
+        return end + 1;
     }
 
     /// The headings and the rule under them, as rows.
@@ -101,40 +142,25 @@ public:
     /// Writes the row at `line` (with room for it), padded to the columns, without trailing
     /// blanks; gives the bytes written.
     size_t Write(char* line, const CReportRows& rows, size_t r) const {
-        const size_t first = rows.FirstCell(r);
-        const size_t cells = rows.Cells(r);
         if (!Ascii(rows.RowText(r)))
             return WriteWide(line, rows, r);
         // A character per byte: each text goes to its place in a line of blanks.
         std::memset(line, ' ', m_lineWidth);
         size_t end = 0;
-        for (size_t c = 0; c < cells; ++c) {
-            const std::string_view text = rows.Cell(first + c);
-            if (text.empty())
-                continue;
-            const size_t at = m_right[c] ? m_starts[c] + m_widths[c] - text.size() : m_starts[c];
-            // Most cells are a few characters: copied without a call.
-            if (text.size() <= 8) {
-                for (size_t i = 0; i < text.size(); ++i)
-                    line[at + i] = text[i];
-            } else {
-                std::memcpy(line + at, text.data(), text.size());
-            }
-            end = at + text.size();
-        }
-        while (end > 0 && line[end - 1] == ' ')
-            --end;
-        line[end] = '\n';
-        return end + 1;
+        for (size_t i = rows.FirstKept(r); i < rows.FirstKept(r + 1); ++i)
+            end = Place(line, rows.KeptColumn(i), rows.Kept(i));
+        return EndLine(line, end);
     }
 
 private:
     size_t WriteWide(char* const line, const CReportRows& rows, size_t r) const {
-        const size_t first = rows.FirstCell(r);
-        const size_t cells = rows.Cells(r);
+        size_t next = rows.FirstKept(r);
+        const size_t last = rows.FirstKept(r + 1);
         char* p = line;
         for (size_t c = 0; c < m_widths.size(); ++c) {
-            const std::string_view text = c < cells ? rows.Cell(first + c) : std::string_view();
+            std::string_view text;
+            if (next < last && rows.KeptColumn(next) == c)
+                text = rows.Kept(next++);
             const size_t fill = m_widths[c] - Width(text);
             if (c != 0) {
                 p[0] = ' ';
@@ -157,15 +183,6 @@ private:
             --p;
         *p++ = '\n';
         return static_cast<size_t>(p - line);
-    }
-
-    void Grow(size_t columns) {
-        while (m_widths.size() < columns) {
-            const size_t c = m_widths.size();
-            m_widths.push_back(c < m_header.size() ? Width(m_header[c]) : 0);
-            m_anyNumber.push_back(0);
-            m_allNumbers.push_back(1);
-        }
     }
 
     const std::vector<std::string>& m_header;
@@ -214,26 +231,36 @@ private:
     size_t m_used = 0;
 };
 
-void PrintRows(std::ostream& out, const std::string& title, const std::vector<std::string>& header,
-               const CReportRows& rows) {
-    CLayout layout(header);
-    layout.Measure(rows);
-
-    COutput output(out);
+/// The title underlined, then the headings and the rule under them.
+void WriteHead(COutput& output, const CLayout& layout, const std::string& title,
+               const std::vector<std::string>& header) {
     output.Append(title);
     output.Append("\n");
     output.Append(std::string(Width(title), '='));
     output.Append("\n");
-    const auto write = [&layout, &output](const CReportRows& lines) {
-        for (size_t r = 0; r < lines.Count(); ++r)
-            output.Used(layout.Write(output.Room(layout.Room(lines, r)), lines, r));
-    };
-    if (!header.empty())
-        write(layout.HeaderRows());
-    write(rows);
-    if (rows.Count() == 0)
+    if (header.empty())
+        return;
+    const CReportRows lines = layout.HeaderRows();
+    for (size_t r = 0; r < lines.Count(); ++r)
+        output.Used(layout.Write(output.Room(layout.Room(lines, r)), lines, r));
+}
+
+void WriteEnd(COutput& output, size_t rows) {
+    if (rows == 0)
         output.Append("(none)\n");
     output.Append("\n");
+}
+
+void PrintRows(std::ostream& out, const std::string& title, const std::vector<std::string>& header,
+               const CReportRows& rows) {
+    CLayout layout(header);
+    layout.Measure(rows);
+    layout.Measured();
+    COutput output(out);
+    WriteHead(output, layout, title, header);
+    for (size_t r = 0; r < rows.Count(); ++r)
+        output.Used(layout.Write(output.Room(layout.Room(rows, r)), rows, r));
+    WriteEnd(output, rows.Count());
 }
 
 } // namespace
@@ -377,4 +404,71 @@ void PrintTable(std::ostream& out, const CReportTable& table) {
     CReportRows rows;
     table.Rows(0, table.RowCount(), rows);
     PrintRows(out, table.title.ToUtf8(), header, rows);
+}
+
+void PrintTable(std::ostream& out, const CCodedTable& table) {
+    const CReportRows& lead = table.lead;
+    const auto codedCells = [&table](size_t r) {
+        return table.rowEnds[r] - (r == 0 ? 0 : table.rowEnds[r - 1]);
+    };
+    // Each distinct text is measured once in each column it appears in.
+    std::vector<size_t> widths;
+    bool ascii = true;
+    for (const std::string& text : table.texts) {
+        widths.push_back(Width(text));
+        ascii = ascii && Ascii(text);
+    }
+    CLayout layout(table.header);
+    layout.Measure(lead);
+    std::vector<std::vector<uint8_t>> seen;
+    for (size_t r = 0; r < lead.Count(); ++r) {
+        ascii = ascii && Ascii(lead.RowText(r));
+        const size_t from = lead.Cells(r);
+        const uint16_t* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
+        const size_t n = codedCells(r);
+        if (seen.size() < from + n)
+            seen.resize(from + n);
+        for (size_t k = 0; k < n; ++k) {
+            std::vector<uint8_t>& column = seen[from + k];
+            if (column.size() <= code[k])
+                column.resize(table.texts.size(), 0);
+            column[code[k]] = 1;
+        }
+    }
+    layout.Grow(seen.size());
+    for (size_t c = 0; c < seen.size(); ++c)
+        for (size_t t = 0; t < seen[c].size(); ++t)
+            if (seen[c][t] != 0)
+                layout.MeasureCell(c, table.texts[t], widths[t]);
+    layout.Measured();
+
+    COutput output(out);
+    WriteHead(output, layout, table.title, table.header);
+    CReportRows row;
+    for (size_t r = 0; r < lead.Count(); ++r) {
+        const size_t from = lead.Cells(r);
+        const uint16_t* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
+        const size_t n = codedCells(r);
+        if (!ascii) {
+            // Texts of several bytes a character: the row is written as any other.
+            row.Clear();
+            for (size_t c = 0; c < from; ++c)
+                row.Cell(lead.Get(r, c));
+            for (size_t k = 0; k < n; ++k)
+                row.Cell(table.texts[code[k]]);
+            row.EndRow();
+            output.Used(layout.Write(output.Room(layout.Room(row, 0)), row, 0));
+            continue;
+        }
+        char* const line = output.Room(layout.LineWidth() + 1);
+        std::memset(line, ' ', layout.LineWidth());
+        size_t end = 0;
+        for (size_t i = lead.FirstKept(r); i < lead.FirstKept(r + 1); ++i)
+            end = layout.Place(line, lead.KeptColumn(i), lead.Kept(i));
+        for (size_t k = 0; k < n; ++k)
+            if (const std::string& text = table.texts[code[k]]; !text.empty())
+                end = layout.Place(line, from + k, text);
+        output.Used(CLayout::EndLine(line, end));
+    }
+    WriteEnd(output, lead.Count());
 }

@@ -4,6 +4,7 @@
 #include "host/LoadsServices.h"
 #include "host/MainFrame.h"
 
+#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -46,6 +47,20 @@ struct CRowsTable {
     CReportRows rows;
 };
 
+/// A table whose rows begin with cells of their own and go on with cells chosen from a few
+/// distinct texts (the factors of the loads of a model), kept as the numbers of those texts.
+struct CCodedTable {
+    std::string title;
+    std::vector<std::string> header;
+    /// The cells of each row's own.
+    CReportRows lead;
+    std::vector<std::string> texts;
+    /// The numbers of the texts of the further cells of every row, row after row; the cells of
+    /// row r end at rowEnds[r].
+    std::vector<uint16_t> codes;
+    std::vector<size_t> rowEnds;
+};
+
 /// The selector's table with its rows made as they are printed, for a selector of many loads;
 /// it is walked while the selector stays as it is.
 CRowSource SelectorRows(const std::string& title, const CSelectorList& selector);
@@ -61,5 +76,6 @@ CRowSource ToRowSource(const CLoadsReport::TableSource& table);
 void PrintTable(std::ostream& out, const CTextTable& table);
 void PrintTable(std::ostream& out, const CRowSource& table);
 void PrintTable(std::ostream& out, const CRowsTable& table);
+void PrintTable(std::ostream& out, const CCodedTable& table);
 /// A table of the report, all its rows asked for at once.
 void PrintTable(std::ostream& out, const CReportTable& table);

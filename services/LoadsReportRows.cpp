@@ -124,7 +124,6 @@ public:
         CBaseManager bm;
         const bool otvoren = Otvori(bm);
         const size_t kraj = Kraj(first, count, m_ids.size());
-        rows.Reserve(kraj - first, (kraj - first) * (3 + m_koef.size()), 0);
         for (size_t r = first; r < kraj; ++r) {
             const auto* p = otvoren ? Objekat<CKombinacijaOpterecenja>(bm, m_ids[r]) : nullptr;
             if (p != nullptr)

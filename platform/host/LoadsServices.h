@@ -5,6 +5,8 @@
 #include "framework/Array.h"
 #include "framework/String.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -41,57 +43,83 @@ struct CLoadsReport {
 };
 
 /// Rows of a table of the report as UTF-8 texts laid end to end in one buffer, so that a
-/// block of rows is made and read without a string per cell.
+/// block of rows is made and read without a string per cell. Only the cells with text are
+/// kept, each with its column: the many empty cells of a wide table cost nothing.
 class CReportRows {
 public:
     void Clear() {
         m_text.clear();
-        m_cellEnds.clear();
-        m_rowEnds.clear();
+        m_ends.clear();
+        m_columns.clear();
+        m_rows.clear();
+        m_column = 0;
     }
     /// The bytes of the cell being made are appended here, then the cell is ended.
     std::string& Text() { return m_text; }
-    void EndCell() { m_cellEnds.push_back(static_cast<uint32_t>(m_text.size())); }
+    void EndCell() {
+        if (m_text.size() != (m_ends.empty() ? 0 : m_ends.back())) {
+            m_ends.push_back(static_cast<uint32_t>(m_text.size()));
+            m_columns.push_back(static_cast<uint32_t>(m_column));
+        }
+        ++m_column;
+    }
     void Cell(std::string_view text) {
         m_text.append(text);
         EndCell();
     }
     /// `count` empty cells at once.
-    void EmptyCells(size_t count) {
-        m_cellEnds.insert(m_cellEnds.end(), count, static_cast<uint32_t>(m_text.size()));
+    void EmptyCells(size_t count) { m_column += count; }
+    void EndRow() {
+        m_rows.push_back({m_ends.size(), m_column});
+        m_column = 0;
     }
-    void EndRow() { m_rowEnds.push_back(m_cellEnds.size()); }
-    /// Makes room for so many more rows, cells and bytes of text.
+    /// Makes room for so many more rows, cells with text and bytes of text.
     void Reserve(size_t rows, size_t cells, size_t bytes) {
-        m_rowEnds.reserve(m_rowEnds.size() + rows);
-        m_cellEnds.reserve(m_cellEnds.size() + cells);
+        m_rows.reserve(m_rows.size() + rows);
+        m_ends.reserve(m_ends.size() + cells);
+        m_columns.reserve(m_columns.size() + cells);
         m_text.reserve(m_text.size() + bytes);
     }
 
-    size_t Count() const { return m_rowEnds.size(); }
-    size_t Cells(size_t row) const { return m_rowEnds[row] - FirstCell(row); }
-    std::string_view Get(size_t row, size_t cell) const { return Cell(FirstCell(row) + cell); }
-
-    /// The cells of all rows are numbered in one sequence: those of a row run from its first
-    /// cell up to the first cell of the next row.
-    size_t FirstCell(size_t row) const { return row == 0 ? 0 : m_rowEnds[row - 1]; }
-    std::string_view Cell(size_t i) const {
-        const uint32_t begin = i == 0 ? 0 : m_cellEnds[i - 1];
-        return {m_text.data() + begin, m_cellEnds[i] - begin};
+    size_t Count() const { return m_rows.size(); }
+    /// The number of cells of the row, the empty ones included.
+    size_t Cells(size_t row) const { return m_rows[row].columns; }
+    std::string_view Get(size_t row, size_t cell) const {
+        const auto first = m_columns.begin() + static_cast<std::ptrdiff_t>(FirstKept(row));
+        const auto last = m_columns.begin() + static_cast<std::ptrdiff_t>(m_rows[row].kept);
+        const auto it = std::lower_bound(first, last, cell);
+        if (it == last || *it != cell)
+            return {};
+        return Kept(static_cast<size_t>(it - m_columns.begin()));
     }
+
+    /// The cells with text of all rows are numbered in one sequence: those of a row run from
+    /// FirstKept(row) up to FirstKept(row + 1).
+    size_t FirstKept(size_t row) const { return row == 0 ? 0 : m_rows[row - 1].kept; }
+    std::string_view Kept(size_t i) const {
+        const uint32_t begin = i == 0 ? 0 : m_ends[i - 1];
+        return {m_text.data() + begin, m_ends[i] - begin};
+    }
+    size_t KeptColumn(size_t i) const { return m_columns[i]; }
     /// The bytes of all cells of the row, end to end.
     std::string_view RowText(size_t row) const {
-        const size_t first = FirstCell(row);
-        const size_t last = m_rowEnds[row];
-        const uint32_t begin = first == 0 ? 0 : m_cellEnds[first - 1];
-        const uint32_t end = last == 0 ? 0 : m_cellEnds[last - 1];
+        const size_t first = FirstKept(row);
+        const size_t last = m_rows[row].kept;
+        const uint32_t begin = first == 0 ? 0 : m_ends[first - 1];
+        const uint32_t end = last == 0 ? 0 : m_ends[last - 1];
         return {m_text.data() + begin, end - begin};
     }
 
 private:
+    struct Row {
+        size_t kept;    // the end of its cells with text
+        size_t columns; // its cells, the empty ones included
+    };
     std::string m_text;
-    std::vector<uint32_t> m_cellEnds;
-    std::vector<size_t> m_rowEnds;
+    std::vector<uint32_t> m_ends;
+    std::vector<uint32_t> m_columns;
+    std::vector<Row> m_rows;
+    size_t m_column = 0;
 };
 
 /// A table of the report whose rows are made when they are asked for, for a host that shows

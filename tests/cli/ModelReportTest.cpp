@@ -119,6 +119,9 @@ TEST(ModelReport, FactorRowsMadeOneAtATimePrintAsTheWholeTable) {
         std::ostringstream rows;
         PrintTable(rows, FactorRows("F", counts, &Mesoviti, all));
         EXPECT_EQ(rows.str(), whole.str());
+        std::ostringstream coded;
+        PrintFactors(coded, "F", counts, &Mesoviti, all);
+        EXPECT_EQ(coded.str(), whole.str());
     }
     EXPECT_NE(whole.str().find("1.35  1.35  1.35"), std::string::npos) << whole.str();
 }

@@ -74,3 +74,58 @@ TEST(TablePrinter, ReportTablesMadeRowByRowPrintAsTheWholeTables) {
     EXPECT_EQ(selectorRows.str(), Render(SelectorTable("Selector", selector)));
     EXPECT_NE(selectorRows.str().find(">    3  10. Kombinacija\n"), std::string::npos);
 }
+
+TEST(TablePrinter, SparseAndCodedRowsPrintAsTheTextTable) {
+    // Empty cells given one by one, in a run, as empty texts and at the ends of rows.
+    const CTextTable text{"Ž",
+                          {"A", "B", "C", "D"},
+                          {{"1", "", "", "x"}, {"", "", "", ""}, {"22", "Ђ", "", ""}, {}, {"3"}}};
+    CReportRows rows;
+    rows.Cell("1");
+    rows.EmptyCells(2);
+    rows.Cell("x");
+    rows.EndRow();
+    rows.EmptyCells(1);
+    rows.Cell("");
+    rows.EndCell();
+    rows.EmptyCells(1);
+    rows.EndRow();
+    rows.Cell("22");
+    rows.Cell("Ђ");
+    rows.EmptyCells(2);
+    rows.EndRow();
+    rows.EndRow();
+    rows.Cell("3");
+    rows.EndRow();
+    ASSERT_EQ(rows.Count(), text.rows.size());
+    for (size_t r = 0; r < rows.Count(); ++r) {
+        ASSERT_EQ(rows.Cells(r), text.rows[r].size()) << r;
+        for (size_t c = 0; c < rows.Cells(r); ++c)
+            EXPECT_EQ(rows.Get(r, c), text.rows[r][c]) << r << "," << c;
+    }
+    std::ostringstream sparse;
+    PrintTable(sparse, CRowsTable{text.title, text.header, rows});
+    EXPECT_EQ(sparse.str(), Render(text));
+
+    // Rows of their own cells and then coded ones, of different lengths, ASCII or not.
+    for (const char* extra : {"-1.5", "ΔΣ"}) {
+        CCodedTable coded{"K", {"No.", "Load", "1", "2", "3"}, {}, {"0", "1.35", extra}, {}, {}};
+        const std::vector<std::vector<uint16_t>> codes = {{0, 1, 2}, {2}, {}, {1, 1}};
+        CTextTable same{"K", coded.header, {}};
+        for (size_t r = 0; r < codes.size(); ++r) {
+            auto& cells = same.rows.emplace_back();
+            cells = {std::to_string(r + 1), "load " + std::to_string(r + 1)};
+            coded.lead.Cell(cells[0]);
+            coded.lead.Cell(cells[1]);
+            coded.lead.EndRow();
+            for (const uint16_t code : codes[r]) {
+                coded.codes.push_back(code);
+                cells.push_back(coded.texts[code]);
+            }
+            coded.rowEnds.push_back(coded.codes.size());
+        }
+        std::ostringstream out;
+        PrintTable(out, coded);
+        EXPECT_EQ(out.str(), Render(same)) << extra;
+    }
+}
