@@ -230,9 +230,9 @@ void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
     frame.SetResultsMode(resultsMode);
     frame.ClearAnnouncements();
     CMainFrame::UpdateCombo(-1);
-    PrintTable(
-        out, SelectorRows(resultsMode ? "Load selector, results mode" : "Load selector, input mode",
-                          frame.Combo()));
+    PrintTable(out, SelectorRowsTable(resultsMode ? "Load selector, results mode"
+                                                  : "Load selector, input mode",
+                                      frame.Combo()));
     if (frame.Announcements().empty())
         out << "Status pane: (nothing announced)\n\n";
     for (const CHeadlessFrame::Announcement& announced : frame.Announcements())

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -291,22 +292,38 @@ CTextTable SelectorTable(const std::string& title, const CSelectorList& selector
     return table;
 }
 
-CRowSource SelectorRows(const std::string& title, const CSelectorList& selector) {
-    CRowSource source{title, {" ", "Pos", "Text"}, {}};
-    source.rows = [&selector](const CRowSource::Visitor& visit) {
-        std::string position;
-        std::string text;
-        CRowSource::Row row(3);
-        for (int pos = 0; pos < selector.GetCount(); ++pos) {
-            position = std::to_string(pos);
-            text = selector.GetText(pos).ToUtf8();
-            row[0] = pos == selector.GetCurSel() ? ">" : "";
-            row[1] = position;
-            row[2] = text;
-            visit(row);
+namespace {
+
+/// Appends the UTF-8 of a text: plain ASCII is copied as it is.
+void AppendUtf8(std::string& out, const CString& text) {
+    const size_t start = out.size();
+    out.resize(start + text.size());
+    char* p = out.data() + start;
+    for (const wchar_t ch : text) {
+        if (ch < 0 || ch >= 0x80) {
+            out.resize(start);
+            out += text.ToUtf8();
+            return;
         }
-    };
-    return source;
+        *p++ = static_cast<char>(ch);
+    }
+}
+
+} // namespace
+
+CRowsTable SelectorRowsTable(const std::string& title, const CSelectorList& selector) {
+    CRowsTable table{title, {" ", "Pos", "Text"}, {}};
+    CReportRows& rows = table.rows;
+    const std::vector<CString>& texts = selector.Texts();
+    for (size_t pos = 0; pos < texts.size(); ++pos) {
+        rows.Cell(static_cast<int>(pos) == selector.GetCurSel() ? ">" : "");
+        char digits[24];
+        rows.Cell(std::string_view(digits, std::to_chars(digits, digits + sizeof digits, pos).ptr));
+        AppendUtf8(rows.Text(), texts[pos]);
+        rows.EndCell();
+        rows.EndRow();
+    }
+    return table;
 }
 
 namespace {

@@ -61,9 +61,8 @@ struct CCodedTable {
     std::vector<size_t> rowEnds;
 };
 
-/// The selector's table with its rows made as they are printed, for a selector of many loads;
-/// it is walked while the selector stays as it is.
-CRowSource SelectorRows(const std::string& title, const CSelectorList& selector);
+/// The selector's table with its rows in one buffer, for a selector of many loads.
+CRowsTable SelectorRowsTable(const std::string& title, const CSelectorList& selector);
 
 /// The table of the loads report as rows made one at a time (UTF-8 from the report's texts).
 CRowSource ToRowSource(const CLoadsReport::Table& table);

@@ -70,7 +70,7 @@ TEST(TablePrinter, ReportTablesMadeRowByRowPrintAsTheWholeTables) {
         selector.AddString(text);
     selector.SetCurSel(3);
     std::ostringstream selectorRows;
-    PrintTable(selectorRows, SelectorRows("Selector", selector));
+    PrintTable(selectorRows, SelectorRowsTable("Selector", selector));
     EXPECT_EQ(selectorRows.str(), Render(SelectorTable("Selector", selector)));
     EXPECT_NE(selectorRows.str().find(">    3  10. Kombinacija\n"), std::string::npos);
 }
