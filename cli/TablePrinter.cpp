@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <memory>
 
 namespace {
@@ -98,6 +99,10 @@ public:
     }
 
     size_t LineWidth() const { return m_lineWidth; }
+    size_t Columns() const { return m_widths.size(); }
+    size_t ColumnWidth(size_t c) const { return m_widths[c]; }
+    size_t Start(size_t c) const { return m_starts[c]; }
+    bool Right(size_t c) const { return m_right[c] != 0; }
 
     /// Puts an ASCII text into its column of a line of blanks; gives where it ends.
     size_t Place(char* line, size_t c, std::string_view text) const {
@@ -459,6 +464,34 @@ void PrintTable(std::ostream& out, const CCodedTable& table) {
                 layout.MeasureCell(c, table.texts[t], widths[t]);
     layout.Measured();
 
+    // Coded cells are written as ready slots when the texts are ASCII, the columns narrow and
+    // every row has cells of its own first (the gap before a slot is part of it).
+    constexpr size_t kSlot = 8;
+    bool fast = ascii;
+    for (size_t r = 0; fast && r < lead.Count(); ++r)
+        fast = lead.Cells(r) > 0;
+    for (size_t c = 0; fast && c < seen.size(); ++c)
+        fast = seen[c].empty() || layout.ColumnWidth(c) + 2 <= kSlot;
+    // The slots of each width and alignment: the gap, then the text aligned in the column.
+    std::map<std::pair<size_t, bool>, std::string> slotTables;
+    std::vector<const char*> slots(seen.size(), nullptr);
+    for (size_t c = 0; fast && c < seen.size(); ++c) {
+        if (seen[c].empty())
+            continue;
+        const size_t w = layout.ColumnWidth(c);
+        const bool right = layout.Right(c);
+        std::string& ready = slotTables[{w, right}];
+        if (ready.empty()) {
+            ready.assign(kSlot * table.texts.size(), ' ');
+            for (size_t t = 0; t < table.texts.size(); ++t) {
+                const std::string& text = table.texts[t];
+                if (text.size() <= w)
+                    ready.replace(kSlot * t + 2 + (right ? w - text.size() : 0), text.size(), text);
+            }
+        }
+        slots[c] = ready.data();
+    }
+
     COutput output(out);
     WriteHead(output, layout, table.title, table.header);
     CReportRows row;
@@ -466,8 +499,8 @@ void PrintTable(std::ostream& out, const CCodedTable& table) {
         const size_t from = lead.Cells(r);
         const uint16_t* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
         const size_t n = codedCells(r);
-        if (!ascii) {
-            // Texts of several bytes a character: the row is written as any other.
+        if (!fast) {
+            // Texts of several bytes a character, or wide columns: written as any other row.
             row.Clear();
             for (size_t c = 0; c < from; ++c)
                 row.Cell(lead.Get(r, c));
@@ -477,14 +510,22 @@ void PrintTable(std::ostream& out, const CCodedTable& table) {
             output.Used(layout.Write(output.Room(layout.Room(row, 0)), row, 0));
             continue;
         }
-        char* const line = output.Room(layout.LineWidth() + 1);
-        std::memset(line, ' ', layout.LineWidth());
+        char* const line = output.Room(layout.LineWidth() + 1 + kSlot);
+        // The row's own cells in their places, then each coded cell as its ready slot, one
+        // after the other (a slot may spill blanks past its place: the next one covers them).
+        const size_t codedStart =
+            from < layout.Columns() ? layout.Start(from) - 2 : layout.LineWidth();
+        std::memset(line, ' ', codedStart);
         size_t end = 0;
         for (size_t i = lead.FirstKept(r); i < lead.FirstKept(r + 1); ++i)
             end = layout.Place(line, lead.KeptColumn(i), lead.Kept(i));
-        for (size_t k = 0; k < n; ++k)
-            if (const std::string& text = table.texts[code[k]]; !text.empty())
-                end = layout.Place(line, from + k, text);
+        char* p = line + codedStart;
+        for (size_t k = 0; k < n; ++k) {
+            std::memcpy(p, slots[from + k] + kSlot * code[k], kSlot);
+            p += layout.ColumnWidth(from + k) + 2;
+        }
+        if (n > 0)
+            end = static_cast<size_t>(p - line);
         output.Used(CLayout::EndLine(line, end));
     }
     WriteEnd(output, lead.Count());

@@ -49,6 +49,30 @@ void DodajBroj(std::string& out, int n) {
     out.append(tekst, kraj);
 }
 
+/// Makes room for the rows of a block once its first rows show their size, so that the
+/// buffers of a large block grow once instead of being copied each time they double.
+class CRezerva {
+public:
+    explicit CRezerva(CReportRows& rows)
+        : m_rows(rows), m_tekst(rows.Text().size()), m_celija(rows.FirstKept(rows.Count())) {}
+    /// After each row, with the number of rows still to come.
+    void Posle(size_t preostalo) {
+        if (++m_redova != kUzorak)
+            return;
+        const size_t tekst = m_rows.Text().size() - m_tekst;
+        const size_t celija = m_rows.FirstKept(m_rows.Count()) - m_celija;
+        m_rows.Reserve(preostalo, preostalo * celija / kUzorak * 5 / 4,
+                       preostalo * tekst / kUzorak * 5 / 4);
+    }
+
+private:
+    static constexpr size_t kUzorak = 16;
+    CReportRows& m_rows;
+    size_t m_tekst;
+    size_t m_celija;
+    size_t m_redova = 0;
+};
+
 /// The objects of the tables' document by id; nothing when the document is no longer the
 /// current one or the object is gone.
 template <class Zapis> const Zapis* Objekat(const CBaseManager& bm, const CId& id) {
@@ -124,11 +148,13 @@ public:
         CBaseManager bm;
         const bool otvoren = Otvori(bm);
         const size_t kraj = Kraj(first, count, m_ids.size());
+        CRezerva rezerva(rows);
         for (size_t r = first; r < kraj; ++r) {
             const auto* p = otvoren ? Objekat<CKombinacijaOpterecenja>(bm, m_ids[r]) : nullptr;
             if (p != nullptr)
                 Red(p->Item(), rows);
             rows.EndRow();
+            rezerva.Posle(kraj - r - 1);
         }
     }
 
@@ -204,7 +230,9 @@ public:
         const size_t nS = m_slucajevi.size();
         const size_t nK = m_kombinacije.size();
         const size_t kraj = Kraj(first, count, RowCount());
+        CRezerva rezerva(rows);
         for (size_t r = first; r < kraj; ++r) {
+            rezerva.Posle(kraj - r);
             if (!otvoren) {
             } else if (r < nS) {
                 if (const auto* p = Objekat<CSlucajOpterecenja>(bm, m_slucajevi[r]))

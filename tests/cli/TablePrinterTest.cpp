@@ -108,7 +108,7 @@ TEST(TablePrinter, SparseAndCodedRowsPrintAsTheTextTable) {
     EXPECT_EQ(sparse.str(), Render(text));
 
     // Rows of their own cells and then coded ones, of different lengths, ASCII or not.
-    for (const char* extra : {"-1.5", "ΔΣ"}) {
+    for (const char* extra : {"-1.5", "ΔΣ", "-12345.678"}) {
         CCodedTable coded{"K", {"No.", "Load", "1", "2", "3"}, {}, {"0", "1.35", extra}, {}, {}};
         const std::vector<std::vector<uint16_t>> codes = {{0, 1, 2}, {2}, {}, {1, 1}};
         CTextTable same{"K", coded.header, {}};
