@@ -134,11 +134,13 @@ double Okvir(bool menja) {
 }
 
 /// The figures of a run of vorta-cli over a text of so many bytes: beside the rate of the
-/// whole process, the rate of what the process spends beyond opening (and saving) the model.
+/// whole process, its peak memory and the rate of what the process spends beyond opening (and
+/// saving) the model.
 void Brojke(benchmark::State& state, const Izvestaj& izvestaj, size_t bajtova, bool menja) {
     state.SetBytesProcessed(static_cast<int64_t>(bajtova) * state.iterations());
     state.counters["text_MB"] = MB(bajtova);
     state.counters["wall_ms"] = izvestaj.wallMs;
+    state.counters["peak_MB"] = izvestaj.maxRssKb / 1024.0;
     const double okvir = Okvir(menja);
     state.counters["open_save_ms"] = okvir;
     state.counters["beyond_open_save_MB_per_s"] =
