@@ -617,7 +617,7 @@ bool CStabloJson::ProcitajBrzo(std::string_view tekst) {
     return !citac.Parse<kNacin>(tok, dogadjaji).IsError();
 }
 
-bool CStabloJson::Procitaj(std::string_view tekst) {
+bool CStabloJson::Procitaj(std::string_view tekst, bool bBrzo) {
     Isprazni();
     if (tekst.size() >= (size_t{1} << 32)) {
         m_greska = T(L"the text is larger than 4 GiB");
@@ -629,7 +629,7 @@ bool CStabloJson::Procitaj(std::string_view tekst) {
     m_pozicije.reserve(m_parovi.capacity());
     // And for as many combinations ("{"coefficients": [[1,1]]}," takes 26 bytes).
     m_kombinacije.reserve(std::min<size_t>(tekst.size() / 26 + 4, size_t{1} << 22));
-    if (ProcitajBrzo(tekst))
+    if (bBrzo && ProcitajBrzo(tekst))
         return true;
     Isprazni();
     const char* kursor = tekst.data();

@@ -77,7 +77,8 @@ public:
     /// Reads the text; false with the place and the reason when it is not JSON this tree
     /// takes (syntax, nesting deeper than 64 levels, a key given twice in one object, a pair
     /// array that is not made of pairs). The tree refers to the text, which must outlive it.
-    bool Procitaj(std::string_view tekst);
+    /// bBrzo: the fast library reads the text first; without it, only the other does.
+    bool Procitaj(std::string_view tekst, bool bBrzo = true);
 
     const CCvor& Koren() const { return m_koren; }
     const std::vector<CClan>& Parovi() const { return m_parovi; }

@@ -691,11 +691,11 @@ CString NaMestu(std::string_view tekst, size_t poz, const CString& poruka) {
                               poruka.c_str());
 }
 
-bool ProcitajJson(std::string_view tekst, COpis& opis, CString& greska) {
+bool ProcitajJson(std::string_view tekst, COpis& opis, CString& greska, ECitanjeJson citanje) {
     opis = COpis();
     // The pairs of the text are kept where the description keeps its combinations' members.
     CStabloJson stablo(opis.kombinacije.clanovi);
-    if (!stablo.Procitaj(tekst)) {
+    if (!stablo.Procitaj(tekst, citanje == ECitanjeJson::Brzo)) {
         greska = NaMestu(tekst, stablo.GreskaPoz(), stablo.Greska());
         return false;
     }

@@ -10,8 +10,14 @@
 
 namespace opterecenje::razmena {
 
+/// How a JSON text is read: by the fast reader, and by the other only when the fast one
+/// refuses the text or leaves a doubt (Brzo), or by the other alone (Referentno), whose reading
+/// every text must get either way.
+enum class ECitanjeJson { Brzo, Referentno };
+
 /// Reads a JSON description; false with "line L, column C: reason" when it is refused.
-bool ProcitajJson(std::string_view tekst, COpis& opis, CString& greska);
+bool ProcitajJson(std::string_view tekst, COpis& opis, CString& greska,
+                  ECitanjeJson citanje = ECitanjeJson::Brzo);
 /// Writes the description as JSON (appended to tekst).
 void NapisiJson(const COpis& opis, std::string& tekst);
 
