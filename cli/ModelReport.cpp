@@ -181,6 +181,9 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
         uint64_t lastBits = 0;
         uint16_t last = 0;
         bool any = false;
+        const size_t at = table.codes.size();
+        table.codes.resize(at + static_cast<size_t>(f.GetSize()));
+        uint16_t* code = table.codes.data() + at;
         for (const double factor : f) {
             const auto bits = std::bit_cast<uint64_t>(factor);
             if (!any || bits != lastBits) {
@@ -197,7 +200,7 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
                 lastBits = bits;
                 any = true;
             }
-            table.codes.push_back(last);
+            *code++ = last;
         }
         table.rowEnds.push_back(table.codes.size());
         longest = std::max(longest, static_cast<size_t>(f.GetSize()));

@@ -297,35 +297,16 @@ CTextTable SelectorTable(const std::string& title, const CSelectorList& selector
     return table;
 }
 
-namespace {
-
-/// Appends the UTF-8 of a text: plain ASCII is copied as it is.
-void AppendUtf8(std::string& out, const CString& text) {
-    const size_t start = out.size();
-    out.resize(start + text.size());
-    char* p = out.data() + start;
-    for (const wchar_t ch : text) {
-        if (ch < 0 || ch >= 0x80) {
-            out.resize(start);
-            out += text.ToUtf8();
-            return;
-        }
-        *p++ = static_cast<char>(ch);
-    }
-}
-
-} // namespace
-
 CRowsTable SelectorRowsTable(const std::string& title, const CSelectorList& selector) {
     CRowsTable table{title, {" ", "Pos", "Text"}, {}};
     CReportRows& rows = table.rows;
     const std::vector<CString>& texts = selector.Texts();
+    rows.Reserve(texts.size(), 3 * texts.size(), 32 * texts.size());
     for (size_t pos = 0; pos < texts.size(); ++pos) {
         rows.Cell(static_cast<int>(pos) == selector.GetCurSel() ? ">" : "");
         char digits[24];
         rows.Cell(std::string_view(digits, std::to_chars(digits, digits + sizeof digits, pos).ptr));
-        AppendUtf8(rows.Text(), texts[pos]);
-        rows.EndCell();
+        rows.CellOf(texts[pos]);
         rows.EndRow();
     }
     return table;

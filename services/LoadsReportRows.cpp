@@ -22,21 +22,6 @@ namespace opterecenje {
 
 namespace {
 
-/// Appends the UTF-8 of a text: names are mostly plain ASCII, copied as they are.
-void DodajUtf8(std::string& out, const CString& tekst) {
-    const size_t pocetak = out.size();
-    out.resize(pocetak + tekst.size());
-    char* p = out.data() + pocetak;
-    for (const wchar_t ch : tekst) {
-        if (ch < 0 || ch >= 0x80) {
-            out.resize(pocetak);
-            out += tekst.ToUtf8();
-            return;
-        }
-        *p++ = static_cast<char>(ch);
-    }
-}
-
 /// The end of the rows first .. first + count - 1 among n rows.
 size_t Kraj(size_t first, size_t count, size_t n) {
     return first >= n ? first : first + std::min(count, n - first);
@@ -111,8 +96,7 @@ public:
         : CTabelaNaZahtev(izvor, base) {
         izvor.rows([this](const CLoadsReport::Row& red) {
             for (const CString& celija : red) {
-                DodajUtf8(m_redovi.Text(), celija);
-                m_redovi.EndCell();
+                m_redovi.CellOf(celija);
             }
             m_redovi.EndRow();
         });
@@ -163,8 +147,7 @@ private:
         std::string& tekst = rows.Text();
         DodajBroj(tekst, item.GetRedniBroj());
         rows.EndCell();
-        DodajUtf8(tekst, item.GetNaziv());
-        rows.EndCell();
+        rows.CellOf(item.GetNaziv());
         rows.Cell(item.IsGenericName() != 0 ? std::string_view(m_da) : std::string_view());
         // A load case named twice has the sum of its coefficients. Only the columns of the
         // load cases the combination names can be other than empty.
@@ -255,8 +238,7 @@ private:
         rows.Cell(vrsta);
         DodajBroj(rows.Text(), sopstveni);
         rows.EndCell();
-        DodajUtf8(rows.Text(), naziv);
-        rows.EndCell();
+        rows.CellOf(naziv);
         DodajBroj(rows.Text(), redniBroj - 1);
         rows.EndCell();
         DodajBroj(rows.Text(), redniBroj);
@@ -309,8 +291,7 @@ private:
         procitaj(m_anvelope, anvelope);
         for (const CLoadsReport::Row& red : Sume(slucajevi, kombinacije, anvelope, m_bImaModel)) {
             for (const CString& celija : red) {
-                DodajUtf8(m_sume.Text(), celija);
-                m_sume.EndCell();
+                m_sume.CellOf(celija);
             }
             m_sume.EndRow();
         }

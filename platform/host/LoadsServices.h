@@ -67,6 +67,23 @@ public:
         m_text.append(text);
         EndCell();
     }
+    /// A cell of the UTF-8 of a wide text.
+    void CellOf(const CString& text) {
+        // Most texts are plain ASCII: that is checked at once, then they are copied as they are.
+        uint32_t all = 0;
+        for (const wchar_t ch : text)
+            all |= static_cast<uint32_t>(ch);
+        if (all < 0x80) {
+            const size_t start = m_text.size();
+            m_text.resize(start + text.size());
+            std::transform(text.begin(), text.end(),
+                           m_text.begin() + static_cast<std::ptrdiff_t>(start),
+                           [](wchar_t ch) { return static_cast<char>(ch); });
+        } else {
+            m_text += text.ToUtf8();
+        }
+        EndCell();
+    }
     /// `count` empty cells at once.
     void EmptyCells(size_t count) { m_column += count; }
     void EndRow() {
