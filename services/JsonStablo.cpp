@@ -577,12 +577,16 @@ private:
 } // namespace
 
 std::span<const CCvor> CStabloJson::Smesti(const std::vector<CCvor>& vrednosti) {
-    // Blocks of about a megabyte, or one of its own for a larger container; only what is
-    // filled takes memory.
-    constexpr size_t kBlok = 12000;
+    // Blocks growing twice as large up to about a megabyte, so that a short text takes little,
+    // or one of its own for a larger container.
+    constexpr size_t kPrvi = 64;
+    constexpr size_t kNajveci = 12000;
     const size_t n = vrednosti.size();
-    if (m_blokovi.empty() || m_blokovi.back().capacity() - m_blokovi.back().size() < n)
-        m_blokovi.emplace_back().reserve(std::max(n, kBlok));
+    if (m_blokovi.empty() || m_blokovi.back().capacity() - m_blokovi.back().size() < n) {
+        const size_t blok =
+            m_blokovi.empty() ? kPrvi : std::min(2 * m_blokovi.back().capacity(), kNajveci);
+        m_blokovi.emplace_back().reserve(std::max(n, blok));
+    }
     std::vector<CCvor>& blok = m_blokovi.back();
     blok.insert(blok.end(), vrednosti.begin(), vrednosti.end());
     return std::span<const CCvor>(blok.data() + blok.size() - n, n);

@@ -79,7 +79,7 @@ TEST(RazmenaJsonCitanje, TheFastReaderReadsAnyTextAsTheReferenceReaderDoes) {
         znaci.emplace_back(1, c);
     std::mt19937 slucajan(20261122);
     int prihvaceno = 0;
-    for (int i = 0; i < 20000; ++i) {
+    for (int i = 0; i < 8000; ++i) {
         std::string tekst = kOpis;
         const int izmena = static_cast<int>(slucajan() % 3) + 1;
         for (int k = 0; k < izmena; ++k) {
@@ -107,5 +107,5 @@ TEST(RazmenaJsonCitanje, TheFastReaderReadsAnyTextAsTheReferenceReaderDoes) {
         prihvaceno += ocekivano.ok ? 1 : 0;
     }
     // Both ways are walked: some broken texts are still descriptions.
-    EXPECT_GT(prihvaceno, 200);
+    EXPECT_GT(prihvaceno, 80);
 }
