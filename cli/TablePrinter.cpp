@@ -301,7 +301,11 @@ CRowsTable SelectorRowsTable(const std::string& title, const CSelectorList& sele
     CRowsTable table{title, {" ", "Pos", "Text"}, {}};
     CReportRows& rows = table.rows;
     const std::vector<CString>& texts = selector.Texts();
-    rows.Reserve(texts.size(), 3 * texts.size(), 32 * texts.size());
+    // Room for every row at once: a selector of many loads holds their long names.
+    size_t bytes = 0;
+    for (const CString& text : texts)
+        bytes += text.size() + 8;
+    rows.Reserve(texts.size(), 3 * texts.size(), bytes);
     for (size_t pos = 0; pos < texts.size(); ++pos) {
         rows.Cell(static_cast<int>(pos) == selector.GetCurSel() ? ">" : "");
         char digits[24];
