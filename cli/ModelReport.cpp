@@ -159,7 +159,7 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
                                            FactorService service, AllFactorsService all) {
     CCodedTable table{title, {"No.", "Load"}, {}, {}, {}, {}};
     // The numbers of the distinct factors by their bits; a model has few of them.
-    std::unordered_map<uint64_t, uint16_t> codes;
+    std::unordered_map<uint64_t, CCodedTable::Code> codes;
     bool tooMany = false;
     size_t longest = 0;
     const auto row = [&](int i, const CArray<double>& f) {
@@ -179,21 +179,22 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
         table.lead.EndRow();
         // Neighbouring factors are mostly the same (zeros): the last one is tried first.
         uint64_t lastBits = 0;
-        uint16_t last = 0;
+        CCodedTable::Code last = 0;
         bool any = false;
         const size_t at = table.codes.size();
         table.codes.resize(at + static_cast<size_t>(f.GetSize()));
-        uint16_t* code = table.codes.data() + at;
+        CCodedTable::Code* code = table.codes.data() + at;
         for (const double factor : f) {
             const auto bits = std::bit_cast<uint64_t>(factor);
             if (!any || bits != lastBits) {
                 auto it = codes.find(bits);
                 if (it == codes.end()) {
-                    if (table.texts.size() > UINT16_MAX) {
+                    if (table.texts.size() == CCodedTable::kMaxTexts) {
                         tooMany = true;
                         return;
                     }
-                    it = codes.emplace(bits, static_cast<uint16_t>(table.texts.size())).first;
+                    it = codes.emplace(bits, static_cast<CCodedTable::Code>(table.texts.size()))
+                             .first;
                     table.texts.push_back(FormatFactor(factor));
                 }
                 last = it->second;

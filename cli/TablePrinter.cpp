@@ -431,7 +431,7 @@ void PrintTable(std::ostream& out, const CCodedTable& table) {
     for (size_t r = 0; r < lead.Count(); ++r) {
         ascii = ascii && Ascii(lead.RowText(r));
         const size_t from = lead.Cells(r);
-        const uint16_t* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
+        const CCodedTable::Code* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
         const size_t n = codedCells(r);
         if (seen.size() < from + n)
             seen.resize(from + n);
@@ -482,7 +482,7 @@ void PrintTable(std::ostream& out, const CCodedTable& table) {
     CReportRows row;
     for (size_t r = 0; r < lead.Count(); ++r) {
         const size_t from = lead.Cells(r);
-        const uint16_t* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
+        const CCodedTable::Code* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
         const size_t n = codedCells(r);
         if (!fast) {
             // Texts of several bytes a character, or wide columns: written as any other row.

@@ -50,6 +50,9 @@ struct CRowsTable {
 /// A table whose rows begin with cells of their own and go on with cells chosen from a few
 /// distinct texts (the factors of the loads of a model), kept as the numbers of those texts.
 struct CCodedTable {
+    /// The number of a text; a table holds at most kMaxTexts texts.
+    using Code = uint8_t;
+    static constexpr size_t kMaxTexts = size_t{1} << (8 * sizeof(Code));
     std::string title;
     std::vector<std::string> header;
     /// The cells of each row's own.
@@ -57,7 +60,7 @@ struct CCodedTable {
     std::vector<std::string> texts;
     /// The numbers of the texts of the further cells of every row, row after row; the cells of
     /// row r end at rowEnds[r].
-    std::vector<uint16_t> codes;
+    std::vector<Code> codes;
     std::vector<size_t> rowEnds;
 };
 

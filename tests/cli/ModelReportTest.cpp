@@ -101,6 +101,13 @@ void Mesoviti(int i, CArray<double>& f) {
         f[m] = vrednosti[(m + i) % 10];
 }
 
+/// More distinct factors than the coded table holds.
+void Razliciti(int i, CArray<double>& f) {
+    f.SetSize(40);
+    for (int m = 0; m < 40; ++m)
+        f[m] = (i * 40 + m) / 8.0;
+}
+
 void SviMesoviti(const CLoadsServices::FactorRowVisitor& visit) {
     CArray<double> f;
     for (int i = 0; i < 7; ++i) {
@@ -124,4 +131,12 @@ TEST(ModelReport, FactorRowsMadeOneAtATimePrintAsTheWholeTable) {
         EXPECT_EQ(coded.str(), whole.str());
     }
     EXPECT_NE(whole.str().find("1.35  1.35  1.35"), std::string::npos) << whole.str();
+
+    const CLoadCounts many{4, 4, 0};
+    EXPECT_FALSE(CodedFactorRows("F", many, &Razliciti, nullptr).has_value());
+    std::ostringstream literal;
+    PrintTable(literal, FactorTable("F", many, &Razliciti));
+    std::ostringstream printed;
+    PrintFactors(printed, "F", many, &Razliciti, nullptr);
+    EXPECT_EQ(printed.str(), literal.str());
 }

@@ -110,7 +110,7 @@ TEST(TablePrinter, SparseAndCodedRowsPrintAsTheTextTable) {
     // Rows of their own cells and then coded ones, of different lengths, ASCII or not.
     for (const char* extra : {"-1.5", "ΔΣ", "-12345.678"}) {
         CCodedTable coded{"K", {"No.", "Load", "1", "2", "3"}, {}, {"0", "1.35", extra}, {}, {}};
-        const std::vector<std::vector<uint16_t>> codes = {{0, 1, 2}, {2}, {}, {1, 1}};
+        const std::vector<std::vector<CCodedTable::Code>> codes = {{0, 1, 2}, {2}, {}, {1, 1}};
         CTextTable same{"K", coded.header, {}};
         for (size_t r = 0; r < codes.size(); ++r) {
             auto& cells = same.rows.emplace_back();
@@ -118,7 +118,7 @@ TEST(TablePrinter, SparseAndCodedRowsPrintAsTheTextTable) {
             coded.lead.Cell(cells[0]);
             coded.lead.Cell(cells[1]);
             coded.lead.EndRow();
-            for (const uint16_t code : codes[r]) {
+            for (const CCodedTable::Code code : codes[r]) {
                 coded.codes.push_back(code);
                 cells.push_back(coded.texts[code]);
             }
