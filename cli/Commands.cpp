@@ -7,6 +7,9 @@
 #include "ModelReportJson.h"
 #include "host/LoadsServices.h"
 
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <exception>
 
 namespace {
@@ -54,9 +57,26 @@ ExitCode RunDemo(const CCommandOptions& options, std::ostream& out, std::ostream
     return Show(host, options, out, err);
 }
 
+ExitCode FlushOutput(ExitCode result, std::ostream& out, std::ostream& err) {
+    out.flush();
+    if (!out && result == ExitCode::Ok) {
+        const int error = errno;
+        err << "vorta-cli: cannot write the output: " << std::strerror(error) << '\n';
+        return ExitCode::File;
+    }
+    return result;
+}
+
 ExitCode RunShow(const CCommandOptions& options, std::ostream& out, std::ostream& err) {
     CCliHost host;
     if (!LoadModule(host, options, err))
         return ExitCode::Module;
-    return Show(host, options, out, err);
+    const ExitCode result = Show(host, options, out, err);
+    // Showing changes no file: once the report is out, nothing is lost by leaving the model
+    // of a large file to the system at once rather than freeing its objects one by one.
+    if (options.leaveAtOnce) {
+        err.flush();
+        std::quick_exit(static_cast<int>(FlushOutput(result, out, err)));
+    }
+    return result;
 }

@@ -10,8 +10,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <cerrno>
-#include <cstring>
 #include <iostream>
 
 int main(int argc, char** argv) {
@@ -86,17 +84,12 @@ int main(int argc, char** argv) {
             if (teorijaOption->count() > 0)
                 options.teorija = teorija;
             options.json = showFormat == "json";
+            options.leaveAtOnce = true;
             result = RunShow(options, std::cout, std::cerr);
         }
     } catch (const CLI::ParseError& e) {
         result = app.exit(e) == 0 ? ExitCode::Ok : ExitCode::Usage;
     }
     // Output that did not reach its destination (a full disk, a closed pipe) is not success.
-    std::cout.flush();
-    if (!std::cout && result == ExitCode::Ok) {
-        const int error = errno;
-        std::cerr << "vorta-cli: cannot write the output: " << std::strerror(error) << '\n';
-        return static_cast<int>(ExitCode::File);
-    }
-    return static_cast<int>(result);
+    return static_cast<int>(FlushOutput(result, std::cout, std::cerr));
 }
