@@ -30,6 +30,39 @@ std::string LoadName(const CLoadCounts& counts, int zerobased) {
     return "envelope " + std::to_string(zerobased - counts.nSlOpt - counts.nKomb + 1);
 }
 
+/// The numbers of the distinct factors of a table by their bits: an open-addressed table four
+/// times the size of the most numbers a table holds, so that a factor is found with one probe
+/// and no branch that the mix of factors in a row could make the processor guess wrong.
+class CFactorCodes {
+public:
+    /// The number of the factor with these bits, or -1 when it has none yet.
+    int Find(uint64_t bits) const {
+        for (size_t i = Slot(bits);; i = (i + 1) % kSlots) {
+            const Entry& e = m_entries[i];
+            if (e.code < 0 || e.bits == bits)
+                return e.code;
+        }
+    }
+    void Add(uint64_t bits, CCodedTable::Code code) {
+        size_t i = Slot(bits);
+        while (m_entries[i].code >= 0)
+            i = (i + 1) % kSlots;
+        m_entries[i] = {bits, code};
+    }
+
+private:
+    static constexpr size_t kSlots = 4 * CCodedTable::kMaxTexts;
+    static size_t Slot(uint64_t bits) {
+        // Fibonacci hashing: the high bits of the product mix every bit of the factor.
+        return static_cast<size_t>((bits * 0x9E3779B97F4A7C15ULL) >> 54) % kSlots;
+    }
+    struct Entry {
+        uint64_t bits = 0;
+        int code = -1;
+    };
+    std::vector<Entry> m_entries = std::vector<Entry>(kSlots);
+};
+
 void AppendNumber(std::string& text, int n) {
     char digits[16];
     text.append(digits, std::to_chars(digits, digits + sizeof digits, n).ptr);
@@ -159,7 +192,7 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
                                            FactorService service, AllFactorsService all) {
     CCodedTable table{title, {"No.", "Load"}, {}, {}, {}, {}};
     // The numbers of the distinct factors by their bits; a model has few of them.
-    std::unordered_map<uint64_t, CCodedTable::Code> codes;
+    CFactorCodes codes;
     bool tooMany = false;
     size_t longest = 0;
     const auto row = [&](int i, const CArray<double>& f) {
@@ -177,31 +210,22 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
         AppendLoadName(text, counts, i);
         table.lead.EndCell();
         table.lead.EndRow();
-        // Neighbouring factors are mostly the same (zeros): the last one is tried first.
-        uint64_t lastBits = 0;
-        CCodedTable::Code last = 0;
-        bool any = false;
         const size_t at = table.codes.size();
         table.codes.resize(at + static_cast<size_t>(f.GetSize()));
         CCodedTable::Code* code = table.codes.data() + at;
         for (const double factor : f) {
             const auto bits = std::bit_cast<uint64_t>(factor);
-            if (!any || bits != lastBits) {
-                auto it = codes.find(bits);
-                if (it == codes.end()) {
-                    if (table.texts.size() == CCodedTable::kMaxTexts) {
-                        tooMany = true;
-                        return;
-                    }
-                    it = codes.emplace(bits, static_cast<CCodedTable::Code>(table.texts.size()))
-                             .first;
-                    table.texts.push_back(FormatFactor(factor));
+            int found = codes.Find(bits);
+            if (found < 0) {
+                if (table.texts.size() == CCodedTable::kMaxTexts) {
+                    tooMany = true;
+                    return;
                 }
-                last = it->second;
-                lastBits = bits;
-                any = true;
+                found = static_cast<int>(table.texts.size());
+                codes.Add(bits, static_cast<CCodedTable::Code>(found));
+                table.texts.push_back(FormatFactor(factor));
             }
-            *code++ = last;
+            *code++ = static_cast<CCodedTable::Code>(found);
         }
         table.rowEnds.push_back(table.codes.size());
         longest = std::max(longest, static_cast<size_t>(f.GetSize()));

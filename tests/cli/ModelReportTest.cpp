@@ -108,6 +108,13 @@ void Razliciti(int i, CArray<double>& f) {
         f[m] = (i * 40 + m) / 8.0;
 }
 
+/// Exactly as many distinct factors as the coded table holds, of both signs.
+void NajviseRazlicitih(int i, CArray<double>& f) {
+    f.SetSize(32);
+    for (int m = 0; m < 32; ++m)
+        f[m] = (i * 32 + m - 128) * 0.37;
+}
+
 void SviMesoviti(const CLoadsServices::FactorRowVisitor& visit) {
     CArray<double> f;
     for (int i = 0; i < 7; ++i) {
@@ -132,11 +139,16 @@ TEST(ModelReport, FactorRowsMadeOneAtATimePrintAsTheWholeTable) {
     }
     EXPECT_NE(whole.str().find("1.35  1.35  1.35"), std::string::npos) << whole.str();
 
+    // One factor more than the coded table holds is printed as before; as many as it holds
+    // are coded, each with its own text.
     const CLoadCounts many{4, 4, 0};
     EXPECT_FALSE(CodedFactorRows("F", many, &Razliciti, nullptr).has_value());
-    std::ostringstream literal;
-    PrintTable(literal, FactorTable("F", many, &Razliciti));
-    std::ostringstream printed;
-    PrintFactors(printed, "F", many, &Razliciti, nullptr);
-    EXPECT_EQ(printed.str(), literal.str());
+    EXPECT_TRUE(CodedFactorRows("F", many, &NajviseRazlicitih, nullptr).has_value());
+    for (const FactorService service : {&Razliciti, &NajviseRazlicitih}) {
+        std::ostringstream literal;
+        PrintTable(literal, FactorTable("F", many, service));
+        std::ostringstream printed;
+        PrintFactors(printed, "F", many, service, nullptr);
+        EXPECT_EQ(printed.str(), literal.str());
+    }
 }
