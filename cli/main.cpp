@@ -14,6 +14,7 @@
 
 int main(int argc, char** argv) {
     vhost::HeapInHugePages(argv);
+    vhost::KeepFreedMemory();
     // A check of the program that fails must never look like success to a script.
     vdiag::SetFatalExitCode(static_cast<int>(ExitCode::Internal));
     // The module's tables and messages come in the language of the locale, as in the desktop

@@ -2,6 +2,8 @@
 #include "host/ProcessSetUp.h"
 
 #include <cstdlib>
+#include <limits>
+#include <malloc.h>
 #include <string>
 #include <unistd.h>
 
@@ -35,6 +37,14 @@ void HeapInHugePages(char** argv) {
     else
         ::unsetenv(kTunables);
     ::unsetenv(kStarted);
+}
+
+void KeepFreedMemory() {
+    // Blocks up to the largest the C library allows are taken from the heap rather than mapped
+    // on their own, and the top of the heap is never given back.
+    constexpr int kLargestHeapBlock = 32 << 20;
+    ::mallopt(M_MMAP_THRESHOLD, kLargestHeapBlock);
+    ::mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
 
 } // namespace vhost

@@ -15,4 +15,10 @@ namespace vhost {
 /// argv must be main's argument vector.
 void HeapInHugePages(char** argv);
 
+/// For a program that runs one command and ends: the memory it frees stays with it for its
+/// next allocations, large blocks included, instead of going back to the system, whose fresh
+/// pages for the next block would have to be zeroed again. A program that runs long (the
+/// desktop host) does not call it, so that closing a large model gives its memory back.
+void KeepFreedMemory();
+
 } // namespace vhost
