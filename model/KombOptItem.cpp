@@ -158,14 +158,6 @@ int CKombOptItem::SetOsnOptKoef(const CId& id, double koef) {
     return 1;
 }
 
-int CKombOptItem::GetOsnOptByIndex(int i, double& koef, CId& id) const {
-    if (i < 0 || i >= GetBrojOsnOpt())
-        return 0;
-    koef = m_arrKoef[i];
-    id = m_arrId[i];
-    return 1;
-}
-
 int CKombOptItem::GetOsnOptById(int& i, double& koef, const CId& id) const {
     // A cascade asks this of every combination of the model: a plain search of the ids.
     const std::vector<CId>& ids = m_arrId.Vector();
@@ -177,12 +169,6 @@ int CKombOptItem::GetOsnOptById(int& i, double& koef, const CId& id) const {
     i = static_cast<int>(it - ids.begin());
     koef = m_arrKoef[i];
     return 1;
-}
-
-double CKombOptItem::GetOsnOptKoefByIndex(int i) const {
-    // The guard is deliberately as lax as this: it holds for every i.
-    gfnAssert(i >= 0 || i <= GetBrojOsnOpt(), "i>=0 || i<=GetBrojOsnOpt ()", kSource, __LINE__);
-    return m_arrKoef[i];
 }
 
 int CKombOptItem::DaLiSadrziSloptId(const CId& id) const {

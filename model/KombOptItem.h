@@ -78,10 +78,19 @@ public:
     int SetOsnOptKoef(int i, double koef);
     int SetOsnOptId(int i, const CId& id);
     int SetOsnOptKoef(const CId& id, double koef);
-    int GetOsnOptByIndex(int i, double& koef, CId& id) const;
+    /// Entry i (0 when there is none); the tables and the factor vectors ask this of every
+    /// entry of every combination, so it is written where callers can expand it.
+    int GetOsnOptByIndex(int i, double& koef, CId& id) const {
+        if (i < 0 || i >= GetBrojOsnOpt())
+            return 0;
+        koef = m_arrKoef[i];
+        id = m_arrId[i];
+        return 1;
+    }
     int GetOsnOptById(int& i, double& koef, const CId& id) const;
-    /// The coefficient of entry i; the index guard is deliberately lax (callers keep i in range).
-    double GetOsnOptKoefByIndex(int i) const;
+    /// The coefficient of entry i; the index guard is deliberately lax (callers keep i in range):
+    /// only the array's own check of the index stands.
+    double GetOsnOptKoefByIndex(int i) const { return m_arrKoef[i]; }
     int DaLiSadrziSloptId(const CId& id) const;
     /// 1 when a non-zero entry names a load case marked 1 in either pair of tables.
     int SadrziSeizmickiSlopt(const CArray<int>& flags1, const CArray<CId>& ids1,

@@ -114,6 +114,13 @@ void SviFaktori(bool zaIspis, const RedFaktora& red) {
         poBroju.resize(static_cast<size_t>(ukupno - n));
         CBaseManager bm;
         bm.Open(CBaseManager::Read);
+        // The ordinals of the load cases by id, read once rather than for every member: a
+        // member whose id has none names no load case.
+        CRedniBrojeviSlOpt redniBrojevi;
+        bm.Select(CBaseManager::SlucajOpterecenjaType);
+        for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext())
+            if (const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(id)))
+                redniBrojevi.Postavi(id, pSlOpt->DajRedniBroj());
         bm.Select(CBaseManager::KombinacijaOpterecenjaType);
         for (CId id = bm.GetFirst(); id.Valid() && !bJedanPoJedan; id = bm.GetNext()) {
             const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
@@ -131,12 +138,12 @@ void SviFaktori(bool zaIspis, const RedFaktora& red) {
                 double koef = 0.0;
                 CId slOptId;
                 item.GetOsnOptByIndex(m, koef, slOptId);
-                const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(slOptId));
-                if (pSlOpt == nullptr || pSlOpt->DajRedniBroj() < 1 || pSlOpt->DajRedniBroj() > n) {
+                int redniBroj = 0;
+                if (!redniBrojevi.Nadji(slOptId, redniBroj) || redniBroj < 1 || redniBroj > n) {
                     bJedanPoJedan = true;
                     break;
                 }
-                clanovi.push_back({pSlOpt->DajRedniBroj() - 1, koef});
+                clanovi.push_back({redniBroj - 1, koef});
             }
         }
         bm.Close();
