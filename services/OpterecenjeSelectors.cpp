@@ -29,6 +29,7 @@
 #include <memory>
 #include <string>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 using opterecenje::Prevod;
@@ -86,7 +87,10 @@ void Povratak(CSelectorList& combo, int pozicija, int odbijena, bool bAktiviraj)
 
 /// "%d. %s" (or "%d/%d. %s" with a tone index) of a position and a name.
 CString TekstStavke(int p, int ton, const CString& naziv) {
-    CString tekst = std::to_wstring(p);
+    // Room for the numbers and the name at once: a long generated name is copied only once.
+    CString tekst;
+    tekst.reserve(naziv.size() + 24);
+    tekst += std::to_wstring(p);
     if (ton != 0)
         tekst += L"/" + std::to_wstring(ton);
     tekst += L". ";
@@ -117,7 +121,7 @@ void NapuniStavke() {
                 COpterecenjeApp::NapraviImeDDASlOpt(item.m_strNaziv);
             item.m_bUticajnaLinija = pSlOpt->IsUticajnaLinija() ? 1 : 0;
             item.m_Id = id;
-            stavke.push_back(item);
+            stavke.push_back(std::move(item));
         }
         bm.Select(CBaseManager::KombinacijaOpterecenjaType);
         for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
@@ -128,15 +132,15 @@ void NapuniStavke() {
             item.m_nBroj = pKombOpt->Item().GetRedniBroj();
             item.m_strNaziv = pKombOpt->Item().GetNaziv();
             item.m_Id = id;
-            stavke.push_back(item);
+            stavke.push_back(std::move(item));
         }
         bm.Close();
     }
     OCArray<CComboItem> anvelope;
     ClTranslator translator;
     CComboItem::GetNizAnvelopaItem(anvelope, translator);
-    for (const CComboItem& item : anvelope)
-        stavke.push_back(item);
+    for (CComboItem& item : anvelope)
+        stavke.push_back(std::move(item));
 
     const auto ispred = [](const CComboItem& a, const CComboItem& b) {
         return CComboItem::Uporedi(a, b) < 0;
@@ -316,7 +320,7 @@ void COpterecenjeApp::UpdateComboResults(int n) {
                 else if (stanje.bLabilna)
                     tekst.insert(0, L"(!) ");
             }
-            combo.AddString(tekst);
+            combo.AddString(std::move(tekst));
         }
     }
 

@@ -1,6 +1,8 @@
 // The load selector list of the toolbar and the installed main frame.
 #include "host/MainFrame.h"
 
+#include <utility>
+
 namespace {
 
 CMainFrame* g_pFrame = nullptr;
@@ -19,6 +21,11 @@ void CSelectorList::ResetContent() {
 
 int CSelectorList::AddString(const CString& text) {
     m_texts.push_back(text);
+    return GetCount() - 1;
+}
+
+int CSelectorList::AddString(CString&& text) {
+    m_texts.push_back(std::move(text));
     return GetCount() - 1;
 }
 

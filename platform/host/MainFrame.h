@@ -19,6 +19,8 @@ public:
     int SetCurSel(int pos);
     void ResetContent();
     int AddString(const CString& text);
+    /// The same, taking the text over: a long list is filled without copying its texts.
+    int AddString(CString&& text);
     /// The text at a position, empty outside the list.
     CString GetText(int pos) const;
     const std::vector<CString>& Texts() const { return m_texts; }
