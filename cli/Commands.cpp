@@ -67,16 +67,19 @@ ExitCode FlushOutput(ExitCode result, std::ostream& out, std::ostream& err) {
     return result;
 }
 
+void LeaveAtOnce(ExitCode result, std::ostream& out, std::ostream& err) {
+    // Nothing is lost by leaving the model of a large file to the system at once rather than
+    // freeing its objects one by one: every file the command wrote is complete and closed.
+    err.flush();
+    std::quick_exit(static_cast<int>(FlushOutput(result, out, err)));
+}
+
 ExitCode RunShow(const CCommandOptions& options, std::ostream& out, std::ostream& err) {
     CCliHost host;
     if (!LoadModule(host, options, err))
         return ExitCode::Module;
     const ExitCode result = Show(host, options, out, err);
-    // Showing changes no file: once the report is out, nothing is lost by leaving the model
-    // of a large file to the system at once rather than freeing its objects one by one.
-    if (options.leaveAtOnce) {
-        err.flush();
-        std::quick_exit(static_cast<int>(FlushOutput(result, out, err)));
-    }
+    if (options.leaveAtOnce)
+        LeaveAtOnce(result, out, err);
     return result;
 }

@@ -21,14 +21,18 @@ struct CCommandOptions {
     std::optional<int> teorija;
     /// `show` prints JSON for scripts instead of text tables.
     bool json = false;
-    /// The process ends as soon as the report is out, leaving the model to the system rather
-    /// than freeing it piece by piece: for the program's own `show`, which writes no file.
+    /// The process ends as soon as the command is done, leaving the model to the system rather
+    /// than freeing it piece by piece: for the program's own `show` and `export`, which change
+    /// no model file.
     bool leaveAtOnce = false;
 };
 
 /// Flushes the output and gives the exit code: output that did not reach its destination (a
 /// full disk, a closed pipe) turns success into ExitCode::File, with a message.
 ExitCode FlushOutput(ExitCode result, std::ostream& out, std::ostream& err);
+/// Ends the process with the exit code FlushOutput gives, without freeing anything; for a
+/// command whose files are all written and closed.
+[[noreturn]] void LeaveAtOnce(ExitCode result, std::ostream& out, std::ostream& err);
 
 /// Writes the example model to the file and shows it as `show` does.
 ExitCode RunDemo(const CCommandOptions& options, std::ostream& out, std::ostream& err);

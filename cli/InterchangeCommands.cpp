@@ -100,6 +100,8 @@ ExitCode RunExport(const CCommandOptions& options, const CInterchangeOptions& in
         if (!IsStandardStream(interchange.data))
             out << "Wrote " << interchange.data.string() << " from " << options.file.string()
                 << ": " << Counts() << "\n";
+        if (options.leaveAtOnce)
+            LeaveAtOnce(ExitCode::Ok, out, err);
         return ExitCode::Ok;
     });
 }

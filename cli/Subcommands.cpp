@@ -96,7 +96,9 @@ CModelCommandLine::CModelCommandLine(CLI::App& app, const CCommandOptions& optio
         ->type_name("OUT");
     v.Choose(exportCommand, [&v, &out, &err] {
         v.interchange.data = v.data;
-        return RunExport(v.Options(), v.interchange, out, err);
+        CCommandOptions options = v.Options();
+        options.leaveAtOnce = true;
+        return RunExport(options, v.interchange, out, err);
     });
 
     CLI::App* importCommand = Command(
