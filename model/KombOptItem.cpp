@@ -275,6 +275,19 @@ int CKombOptItem::NarusenaKonzistencija(CBaseManager& bm) {
     return narusena;
 }
 
+bool CKombOptItem::ImaNarusenuKonzistenciju(const CRedniBrojeviSlOpt& redniBrojevi,
+                                            int nSlOpt) const {
+    std::vector<bool> zauzet(static_cast<size_t>(std::max(nSlOpt, 0)) + 1, false);
+    for (int i = 0; i < GetBrojOsnOpt(); ++i) {
+        int r = 0;
+        if (!redniBrojevi.Nadji(m_arrId[i], r) || r < 1 || r > nSlOpt ||
+            zauzet[static_cast<size_t>(r)])
+            return true;
+        zauzet[static_cast<size_t>(r)] = true;
+    }
+    return false;
+}
+
 // --- generated name ---
 
 template <class Lookup>

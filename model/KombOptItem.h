@@ -105,6 +105,10 @@ public:
     /// Removes entries of missing load cases, out-of-range ordinals and repeated load cases;
     /// 1 when anything was removed.
     int NarusenaKonzistencija(CBaseManager& bm);
+    /// True when NarusenaKonzistencija would remove anything, with the ordinals of the model's
+    /// nSlOpt load cases taken from a table: a model being checked copies only the
+    /// combinations that need the repair.
+    bool ImaNarusenuKonzistenciju(const CRedniBrojeviSlOpt& redniBrojevi, int nSlOpt) const;
     /// Builds the generated name (Roman numerals of the load cases with their coefficients).
     void SetGenericName(const CLoadCaseUnit* unit, int bKorijen);
     /// The name SetGenericName(nullptr, 0) gives an item without an id, with the load case

@@ -140,8 +140,12 @@ void PopraviKombinacije(CObjBase& base, CArray<int>& popravljene) {
         for (const CSlucajOpterecenja* p :
              Procitaj<CSlucajOpterecenja>(bm, CSlucajOpterecenja::Type))
             redniBrojevi.Postavi(p->GetId(), p->DajRedniBroj());
+        const int nSlOpt = bm.GetObjTypeCount(CSlucajOpterecenja::Type);
         for (const CKombinacijaOpterecenja* p :
              Procitaj<CKombinacijaOpterecenja>(bm, CKombinacijaOpterecenja::Type)) {
+            // Most combinations are sound: only one that needs the repair is copied.
+            if (!p->Item().ImaNarusenuKonzistenciju(redniBrojevi, nSlOpt))
+                continue;
             CKombOptItem item = p->Item();
             if (!item.NarusenaKonzistencija(bm))
                 continue;

@@ -221,12 +221,29 @@ TEST_F(KombOptItemStoreTest, ConsistencyRepairDropsMissingOutOfRangeAndRepeatedL
                               {m_lc2, 5.0}, // repeated: the later one goes
                               {CId(), 6.0},
                               {m_lc3, 0.0}}); // zero coefficients are not the concern here
+    const CId komb = AddCombination(1, {{m_lc1, 1.0}});
     CBaseManager bm;
     bm.Open(CBaseManager::Read);
+    // The check without the repair sees each fault alone (a combination is no load case),
+    // and nothing in a sound item.
+    CRedniBrojeviSlOpt redniBrojevi;
+    bm.Select(CSlucajOpterecenja::Type);
+    for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext())
+        redniBrojevi.Postavi(id,
+                             dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(id))->DajRedniBroj());
+    const int nSlOpt = bm.GetObjTypeCount(CSlucajOpterecenja::Type);
+    for (const CId fault : {CId(500), lc7, m_lc2, CId(), komb}) {
+        CKombOptItem one = Item({{m_lc2, 1.0}, {m_lc3, 0.0}, {fault, 2.0}, {m_lc1, 3.0}});
+        EXPECT_TRUE(one.ImaNarusenuKonzistenciju(redniBrojevi, nSlOpt)) << fault.GetValue();
+        EXPECT_EQ(one.NarusenaKonzistencija(bm), 1) << fault.GetValue();
+        EXPECT_FALSE(one.ImaNarusenuKonzistenciju(redniBrojevi, nSlOpt)) << fault.GetValue();
+    }
+    EXPECT_TRUE(item.ImaNarusenuKonzistenciju(redniBrojevi, nSlOpt));
     EXPECT_EQ(item.NarusenaKonzistencija(bm), 1);
     EXPECT_EQ(Entries(item),
               (std::vector<std::pair<int32_t, double>>{
                   {m_lc2.GetValue(), 1.0}, {m_lc1.GetValue(), 3.0}, {m_lc3.GetValue(), 0.0}}));
     EXPECT_EQ(item.NarusenaKonzistencija(bm), 0);
+    EXPECT_FALSE(item.ImaNarusenuKonzistenciju(redniBrojevi, nSlOpt));
     bm.Close();
 }
