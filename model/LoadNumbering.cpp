@@ -150,20 +150,31 @@ void SviFaktori(bool zaIspis, const RedFaktora& red) {
     }
 
     CArray<double> f;
-    for (int z = 0; z < ukupno; ++z) {
-        if (bJedanPoJedan) {
-            // What the single calls do, with their assertions and errors at the same load.
+    if (bJedanPoJedan) {
+        // What the single calls do, with their assertions and errors at the same load.
+        for (int z = 0; z < ukupno; ++z) {
             Faktori(z, f, n, c.nSlOpt);
-        } else {
-            f.SetSize(n);
-            std::fill(f.begin(), f.end(), 0.0);
-            if (z < n)
-                f[z] = 1.0;
-            else
-                for (const Clan& clan : poBroju[static_cast<size_t>(z - n)])
-                    f[clan.mesto] = clan.koef;
+            red(z, f);
         }
+        return;
+    }
+    // One vector of zeros serves every load: only the places a load sets are put back to zero
+    // after it, so that a long vector is not cleared whole for each of many loads.
+    f.SetSize(n);
+    std::fill(f.begin(), f.end(), 0.0);
+    for (int z = 0; z < ukupno; ++z) {
+        if (z < n) {
+            f[z] = 1.0;
+            red(z, f);
+            f[z] = 0.0;
+            continue;
+        }
+        const std::vector<Clan>& clanovi = poBroju[static_cast<size_t>(z - n)];
+        for (const Clan& clan : clanovi)
+            f[clan.mesto] = clan.koef;
         red(z, f);
+        for (const Clan& clan : clanovi)
+            f[clan.mesto] = 0.0;
     }
 }
 
