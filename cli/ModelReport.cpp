@@ -105,6 +105,25 @@ CTextTable ScaleTable(const CLoadCounts& counts) {
     return table;
 }
 
+namespace {
+
+/// Hands the factor vector of every load to `row`, in order: in one walk of the model where the
+/// module offers it, otherwise load by load.
+void WalkFactors(const CLoadCounts& counts, FactorService service, AllFactorsService all,
+                 const CLoadsServices::FactorRowVisitor& row) {
+    if (all != nullptr) {
+        all(row);
+        return;
+    }
+    CArray<double> factors;
+    for (int i = 0; i < counts.Total(); ++i) {
+        service(i, factors);
+        row(i, factors);
+    }
+}
+
+} // namespace
+
 std::string FormatFactor(double value) {
     if (value == 0.0)
         return "0";
@@ -173,15 +192,7 @@ CRowsTable FactorRows(const std::string& title, const CLoadCounts& counts, Facto
         rows.EndRow();
         longest = std::max(longest, static_cast<size_t>(f.GetSize()));
     };
-    if (all != nullptr) {
-        all(row);
-    } else {
-        CArray<double> factors;
-        for (int i = 0; i < counts.Total(); ++i) {
-            service(i, factors);
-            row(i, factors);
-        }
-    }
+    WalkFactors(counts, service, all, row);
     // The columns are the entries of the vectors: entry m is the factor of load m + 1.
     for (size_t m = 0; m < longest; ++m)
         table.header.push_back(std::to_string(m + 1));
@@ -230,15 +241,7 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
         table.rowEnds.push_back(table.codes.size());
         longest = std::max(longest, static_cast<size_t>(f.GetSize()));
     };
-    if (all != nullptr) {
-        all(row);
-    } else {
-        CArray<double> factors;
-        for (int i = 0; i < counts.Total(); ++i) {
-            service(i, factors);
-            row(i, factors);
-        }
-    }
+    WalkFactors(counts, service, all, row);
     if (tooMany)
         return std::nullopt;
     for (size_t m = 0; m < longest; ++m)
