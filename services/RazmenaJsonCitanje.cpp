@@ -76,6 +76,8 @@ private:
                      CKombinacijeOpisa& kombinacije);
     bool Kombinacija(const CKombinacijaJson& j, const CImenik& imenik, int n, bool bObicne,
                      CKombinacijeOpisa& kombinacije);
+    bool Obicna(const CKombinacijaOpisa& k, const CKombinacijeOpisa& kombinacije, size_t poz,
+                size_t koefPoz, uint32_t prviPar, bool imaKoeficijente);
     bool Anvelope(const CCvor& niz);
     bool Skladiste(const CCvor& c);
     bool Stabilnost(const CCvor& c);
@@ -435,24 +437,32 @@ bool CCitacOpisa::Kombinacije(const CCvor& niz, const CImenik& imenik, int n, bo
                          "coefficients");
         if (!Clanovi(ima ? koef->prvi : 0, ima ? koef->broj : 0, imenik, n, kombinacije, k))
             return false;
-        if (bObicne) {
-            // What the combination editor would not accept on OK.
-            if (!ima)
-                return Odbij(c.poz, T(L"a combination needs \"coefficients\""));
-            bool nenulti = false;
-            for (uint32_t e = 0; e < k.broj; ++e) {
-                const CClan& clan = kombinacije.clanovi[k.prvi + e];
-                nenulti = nenulti || !CToler::Jednaki(clan.koef, 0.0);
-                if (m_opis.slucajevi[static_cast<size_t>(clan.indeks)].uticaj != UL_NIJEDNA)
-                    return Odbij(m_stablo.PozicijaPara(koef->prvi + e),
-                                 T(L"an influence-line load case takes part in no combination"));
-            }
-            if (!nenulti)
-                return Odbij(c.Clan("coefficients")->poz,
-                             T(L"a combination needs a coefficient other than zero"));
-        }
+        if (bObicne &&
+            !Obicna(k, kombinacije, c.poz, ima ? koef->poz : 0, ima ? koef->prvi : 0, ima))
+            return false;
         kombinacije.lista.push_back(std::move(k));
     }
+    return true;
+}
+
+/// What the combination editor would not accept on OK, for a combination of ordinary load
+/// cases: it needs coefficients, one of them other than zero, and no influence-line load case.
+/// `poz`, `koefPoz` and `prviPar` are where the combination, its "coefficients" and their first
+/// pair stand in the text.
+bool CCitacOpisa::Obicna(const CKombinacijaOpisa& k, const CKombinacijeOpisa& kombinacije,
+                         size_t poz, size_t koefPoz, uint32_t prviPar, bool imaKoeficijente) {
+    if (!imaKoeficijente)
+        return Odbij(poz, T(L"a combination needs \"coefficients\""));
+    bool nenulti = false;
+    for (uint32_t e = 0; e < k.broj; ++e) {
+        const CClan& clan = kombinacije.clanovi[k.prvi + e];
+        nenulti = nenulti || !CToler::Jednaki(clan.koef, 0.0);
+        if (m_opis.slucajevi[static_cast<size_t>(clan.indeks)].uticaj != UL_NIJEDNA)
+            return Odbij(m_stablo.PozicijaPara(prviPar + e),
+                         T(L"an influence-line load case takes part in no combination"));
+    }
+    if (!nenulti)
+        return Odbij(koefPoz, T(L"a combination needs a coefficient other than zero"));
     return true;
 }
 
@@ -466,20 +476,8 @@ bool CCitacOpisa::Kombinacija(const CKombinacijaJson& j, const CImenik& imenik, 
     if (!Clanovi(j.imaKoeficijente ? j.prvi : 0, j.imaKoeficijente ? j.broj : 0, imenik, n,
                  kombinacije, k))
         return false;
-    if (bObicne) {
-        if (!j.imaKoeficijente)
-            return Odbij(j.poz, T(L"a combination needs \"coefficients\""));
-        bool nenulti = false;
-        for (uint32_t e = 0; e < k.broj; ++e) {
-            const CClan& clan = kombinacije.clanovi[k.prvi + e];
-            nenulti = nenulti || !CToler::Jednaki(clan.koef, 0.0);
-            if (m_opis.slucajevi[static_cast<size_t>(clan.indeks)].uticaj != UL_NIJEDNA)
-                return Odbij(m_stablo.PozicijaPara(j.prvi + e),
-                             T(L"an influence-line load case takes part in no combination"));
-        }
-        if (!nenulti)
-            return Odbij(j.koefPoz, T(L"a combination needs a coefficient other than zero"));
-    }
+    if (bObicne && !Obicna(k, kombinacije, j.poz, j.koefPoz, j.prvi, j.imaKoeficijente))
+        return false;
     kombinacije.lista.push_back(std::move(k));
     return true;
 }

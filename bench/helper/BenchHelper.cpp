@@ -94,16 +94,25 @@ void Snimi(const CObjBase& base, const char* file) {
     }
 }
 
+/// The bytes of a file, read whole (false when it cannot be opened).
+bool ProcitajSve(const char* file, std::string& bytes) {
+    std::FILE* in = std::fopen(file, "rb");
+    if (in == nullptr)
+        return false;
+    bytes.assign(std::filesystem::file_size(file), '\0');
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), in));
+    std::fclose(in);
+    return true;
+}
+
 /// How long flushing the bytes of the saved file to the disk takes by itself: the same bytes
 /// written to a file beside it, then flushed.
 void IzmeriFsync(const char* saved) {
     const std::filesystem::path probe = std::string(saved) + ".fsync";
-    std::FILE* in = std::fopen(saved, "rb");
-    if (in == nullptr)
+    std::string bytes;
+    if (!ProcitajSve(saved, bytes))
         return;
-    std::string bytes(std::filesystem::file_size(saved), '\0');
-    const size_t read = std::fread(bytes.data(), 1, bytes.size(), in);
-    std::fclose(in);
+    const size_t read = bytes.size();
     const int fd = ::open(probe.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (fd < 0)
         return;
@@ -140,12 +149,10 @@ int BrisiPrviSlucaj() {
 
 /// The wall time of writing the bytes of a file to a new file, the fastest of three.
 void IzmeriPisanje(const char* file, const char* out) {
-    std::FILE* in = std::fopen(file, "rb");
-    if (in == nullptr)
+    std::string bytes;
+    if (!ProcitajSve(file, bytes))
         return;
-    std::string bytes(std::filesystem::file_size(file), '\0');
-    const size_t read = std::fread(bytes.data(), 1, bytes.size(), in);
-    std::fclose(in);
+    const size_t read = bytes.size();
     double best = 1e30;
     for (int i = 0; i < 3; ++i) {
         const double w0 = WallMs();
