@@ -3,9 +3,9 @@
 // opening the file, saving it (flushing to the disk reported apart), the first load case
 // delete with its cascade (and the later one, its undo and redo), and `vorta-cli show`.
 // The time of each is the process's CPU time for the action, except saving, where the user
-// also waits for the disk (wall time). Aims: open under 150 ms with peak memory within 1.2 x
-// that of the model built in memory; save under 150 ms with the flush; the first cascade under
-// 50 ms; show within 3 x the time to write its output.
+// also waits for the disk, and showing, which prints on a second thread (wall time). Aims: open
+// under 150 ms with peak memory within 1.2 x that of the model built in memory; save under 150 ms
+// with the flush; the first cascade under 50 ms; show within 3 x the time to write its output.
 #include "FreshProcess.h"
 #include "Repetitions.h"
 
@@ -86,12 +86,15 @@ void BM_FirstCascadeInProcess(benchmark::State& state) {
 }
 BENCHMARK(BM_FirstCascadeInProcess)->Iterations(1)->UseManualTime()->Apply(benchmodel::PetPuta);
 
-// `vorta-cli show` of the large file, its output to a file: the process's CPU time, against
-// the time of writing the same bytes to a file.
+// `vorta-cli show` of the large file, its output to a file: the wall time of the process (it
+// prints on a thread of its own while the main thread asks the module for the next table),
+// against the time of writing the same bytes to a file. The report's own share is the show
+// less a fresh process that only opens the file, whose aim is apart.
 void BM_ShowLargeFile(benchmark::State& state) {
     const std::string& datoteka = benchmodel::VelikaDatoteka();
     const std::string izlaz = benchmodel::PrivremeniDirektorijum() + "/show.txt";
     Izvestaj izvestaj;
+    Izvestaj otvaranje;
     for (auto _ : state) {
         izvestaj =
             Pokreni({benchmodel::DirektorijumPrograma() + "/vorta-cli", "show", datoteka}, izlaz);
@@ -99,18 +102,25 @@ void BM_ShowLargeFile(benchmark::State& state) {
             state.SkipWithError(izvestaj.greska.c_str());
             return;
         }
-        state.SetIterationTime(izvestaj.cpuMs / 1e3);
+        state.SetIterationTime(izvestaj.wallMs / 1e3);
+        state.PauseTiming();
+        otvaranje = Pokreni({Pomocnik(), "open", datoteka});
+        state.ResumeTiming();
     }
     // The same bytes written by a process of their own: this one never holds them, since a
     // process it starts counts its peak memory from this one's.
     Izvestaj pisanje = Pokreni({Pomocnik(), "copy", izlaz, izlaz + ".copy"});
     const double pisanjeMs = pisanje.vrednosti["copy_wall_ms"];
+    const double izvestajMs = izvestaj.wallMs - otvaranje.wallMs;
     const double bajtova = static_cast<double>(std::filesystem::file_size(izlaz));
-    state.counters["wall_ms"] = izvestaj.wallMs;
+    state.counters["cpu_ms"] = izvestaj.cpuMs;
     state.counters["peak_MB"] = izvestaj.maxRssKb / 1024.0;
     state.counters["output_MB"] = bajtova / 1e6;
     state.counters["write_same_bytes_ms"] = pisanjeMs;
-    state.counters["vs_write"] = izvestaj.cpuMs / pisanjeMs;
+    state.counters["vs_write"] = izvestaj.wallMs / pisanjeMs;
+    state.counters["open_process_wall_ms"] = otvaranje.wallMs;
+    state.counters["report_wall_ms"] = izvestajMs;
+    state.counters["report_vs_write"] = izvestajMs / pisanjeMs;
 }
 BENCHMARK(BM_ShowLargeFile)->Iterations(1)->UseManualTime()->Apply(benchmodel::PetPuta);
 

@@ -1,6 +1,7 @@
 // The text report of the current document that `show` prints.
 #include "ModelReport.h"
 
+#include "PrintQueue.h"
 #include "host/LoadsServices.h"
 
 #include <algorithm>
@@ -249,46 +250,72 @@ std::optional<CCodedTable> CodedFactorRows(const std::string& title, const CLoad
     return table;
 }
 
-void PrintFactors(std::ostream& out, const std::string& title, const CLoadCounts& counts,
-                  FactorService service, AllFactorsService all) {
-    if (const auto coded = CodedFactorRows(title, counts, service, all))
-        PrintTable(out, *coded);
+namespace {
+
+/// The table of factors as the printing thread is to print it: kept as numbers of distinct
+/// factors where it can be.
+void PostFactors(CPrintQueue& printer, const std::string& title, const CLoadCounts& counts,
+                 FactorService service, AllFactorsService all) {
+    if (auto coded = CodedFactorRows(title, counts, service, all))
+        printer.PostTable(std::move(*coded));
     else
-        PrintTable(out, FactorRows(title, counts, service, all));
+        printer.PostTable(FactorRows(title, counts, service, all));
 }
 
-void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
+/// Fills the selector in the given mode and hands its table over with what was announced.
+void PostSelector(CPrintQueue& printer, CHeadlessFrame& frame, bool resultsMode) {
     frame.SetResultsMode(resultsMode);
     frame.ClearAnnouncements();
     CMainFrame::UpdateCombo(-1);
-    PrintTable(out, SelectorRowsTable(resultsMode ? "Load selector, results mode"
-                                                  : "Load selector, input mode",
-                                      frame.Combo()));
+    printer.PostTable(SelectorRowsTable(
+        resultsMode ? "Load selector, results mode" : "Load selector, input mode", frame.Combo()));
+    std::string status;
     if (frame.Announcements().empty())
-        out << "Status pane: (nothing announced)\n\n";
+        status += "Status pane: (nothing announced)\n\n";
     for (const CHeadlessFrame::Announcement& announced : frame.Announcements())
-        out << "Status pane: " << announced.text.ToUtf8()
-            << (announced.envelope != 0 ? " (envelope)" : "") << "\n\n";
+        status += "Status pane: " + announced.text.ToUtf8() +
+                  (announced.envelope != 0 ? " (envelope)" : "") + "\n\n";
+    printer.Post([status = std::move(status)](std::ostream& out) { out << status; });
+}
+
+} // namespace
+
+void PrintFactors(std::ostream& out, const std::string& title, const CLoadCounts& counts,
+                  FactorService service, AllFactorsService all) {
+    CPrintQueue printer(out);
+    PostFactors(printer, title, counts, service, all);
+    printer.Finish();
+}
+
+void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
+    CPrintQueue printer(out);
+    PostSelector(printer, frame, resultsMode);
+    printer.Finish();
 }
 
 void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
-    // Each table is printed with its rows made at once, already in UTF-8.
+    // Everything the module is asked for is asked for here, in order; the printing thread
+    // formats and writes each table meanwhile.
+    CPrintQueue printer(out);
     if (CLoadsServices::IzvestajNaZahtev != nullptr) {
         for (const auto& table : CLoadsServices::IzvestajNaZahtev())
-            PrintTable(out, *table);
+            printer.PostTable(RowsOf(*table));
     } else {
-        CLoadsServices::IzvestajPoTabelama([&out](const CLoadsReport::TableSource& table) {
-            PrintTable(out, ToRowSource(table));
+        CLoadsServices::IzvestajPoTabelama([&printer](const CLoadsReport::TableSource& table) {
+            printer.PostTable(RowsOf(ToRowSource(table)));
         });
     }
 
     const CLoadCounts counts = CountLoads();
-    out << "Theory: " << CLoadsServices::GetTeorija() << "\n\n";
-    PrintTable(out, ScaleTable(counts));
-    PrintFactors(out, "Factors for analysis", counts, CLoadsServices::FaktoriZaProracun,
-                 CLoadsServices::SviFaktoriZaProracun);
-    PrintFactors(out, "Factors for printing", counts, CLoadsServices::FaktoriZaIspis,
-                 CLoadsServices::SviFaktoriZaIspis);
-    PrintSelector(out, frame, false);
-    PrintSelector(out, frame, true);
+    printer.Post([theory = CLoadsServices::GetTeorija()](std::ostream& out) {
+        out << "Theory: " << theory << "\n\n";
+    });
+    printer.PostTable(ScaleTable(counts));
+    PostFactors(printer, "Factors for analysis", counts, CLoadsServices::FaktoriZaProracun,
+                CLoadsServices::SviFaktoriZaProracun);
+    PostFactors(printer, "Factors for printing", counts, CLoadsServices::FaktoriZaIspis,
+                CLoadsServices::SviFaktoriZaIspis);
+    PostSelector(printer, frame, false);
+    PostSelector(printer, frame, true);
+    printer.Finish();
 }

@@ -390,14 +390,26 @@ void PrintTable(std::ostream& out, const CTextTable& table) {
     PrintRows(out, table.title, table.header, rows);
 }
 
-void PrintTable(std::ostream& out, const CRowSource& table) {
-    CReportRows rows;
+CRowsTable RowsOf(const CRowSource& table) {
+    CRowsTable rows{table.title, table.header, {}};
     table.rows([&rows](const CRowSource::Row& cells) {
         for (const std::string_view cell : cells)
-            rows.Cell(cell);
-        rows.EndRow();
+            rows.rows.Cell(cell);
+        rows.rows.EndRow();
     });
-    PrintRows(out, table.title, table.header, rows);
+    return rows;
+}
+
+CRowsTable RowsOf(const CReportTable& table) {
+    CRowsTable rows{table.title.ToUtf8(), {}, {}};
+    for (const CString& heading : table.header)
+        rows.header.push_back(heading.ToUtf8());
+    table.Rows(0, table.RowCount(), rows.rows);
+    return rows;
+}
+
+void PrintTable(std::ostream& out, const CRowSource& table) {
+    PrintTable(out, RowsOf(table));
 }
 
 void PrintTable(std::ostream& out, const CRowsTable& table) {
@@ -405,12 +417,7 @@ void PrintTable(std::ostream& out, const CRowsTable& table) {
 }
 
 void PrintTable(std::ostream& out, const CReportTable& table) {
-    std::vector<std::string> header;
-    for (const CString& heading : table.header)
-        header.push_back(heading.ToUtf8());
-    CReportRows rows;
-    table.Rows(0, table.RowCount(), rows);
-    PrintRows(out, table.title.ToUtf8(), header, rows);
+    PrintTable(out, RowsOf(table));
 }
 
 void PrintTable(std::ostream& out, const CCodedTable& table) {

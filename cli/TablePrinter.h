@@ -73,6 +73,11 @@ CRowSource ToRowSource(const CLoadsReport::Table& table);
 /// the table lives.
 CRowSource ToRowSource(const CLoadsReport::TableSource& table);
 
+/// The rows of a table made at once, in one buffer: what the printer needs of a table whose
+/// rows are made as they are walked or read from the document.
+CRowsTable RowsOf(const CRowSource& table);
+CRowsTable RowsOf(const CReportTable& table);
+
 /// Writes the table: the title underlined, the headings, a rule, the rows, then an empty
 /// line. Columns whose cells are all numbers are aligned to the right, others to the left.
 void PrintTable(std::ostream& out, const CTextTable& table);
