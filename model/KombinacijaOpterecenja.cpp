@@ -141,19 +141,27 @@ void CKombinacijaOpterecenja::UpdateCRC(uint32_t& crc1, uint32_t& /*crc2*/, uint
     uint32_t zanemaren3 = 0;
     CObj::UpdateCRC(zanemaren1, zanemaren2, zanemaren3);
 
+    CBaseManager bm;
+    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+    const bool bTeorijaII = JeTeorijaII(bm);
+    bm.Close();
+    DodajCRC(crc1, crc3, bTeorijaII);
+}
+
+void CKombinacijaOpterecenja::DodajCRC(uint32_t& crc1, uint32_t& crc3, bool bTeorijaII) const {
     CCrcFiller crc;
     m_Item.ToFiller(crc);
     crc1 += crc.GetCRC();
-
     // A second-order analysis depends on the combination's load cases and coefficients.
-    CBaseManager bm;
-    CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+    if (bTeorijaII)
+        crc3 += m_Item.CRC_BitanZaTeorijuII();
+}
+
+bool CKombinacijaOpterecenja::JeTeorijaII(CBaseManager& bm) {
     bm.Select(CModel::Type);
     const auto* pModel = dynamic_cast<const CModel*>(bm.GetR(bm.GetFirst()));
     gfnAssert(pModel != nullptr, "pModel", kSource, __LINE__);
-    if (pModel->GetAnaliza() >= 2)
-        crc3 += m_Item.CRC_BitanZaTeorijuII();
-    bm.Close();
+    return pModel->GetAnaliza() >= 2;
 }
 
 // --- cascades ---

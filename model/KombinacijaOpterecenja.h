@@ -22,6 +22,12 @@ public:
     int ToFiller(CFiller& f) const override;
     int FromFiller(CFiller& f) override;
     void UpdateCRC(uint32_t& crc1, uint32_t& crc2, uint32_t& crc3) const override;
+    /// What UpdateCRC adds, with the model's analysis order already read (JeTeorijaII), so
+    /// that the sums over many combinations read the model object once.
+    void DodajCRC(uint32_t& crc1, uint32_t& crc3, bool bTeorijaII) const;
+    /// Whether the model object of the open view asks for a second-order analysis, on which
+    /// the combinations' third sum depends.
+    static bool JeTeorijaII(CBaseManager& bm);
 
     /// While non-zero, neither cascade changes anything.
     static inline int bSacuvajKombinacije = 0;

@@ -223,9 +223,15 @@ std::vector<Red> Sume(const std::vector<const CSlucajOpterecenja*>& slucajevi,
     uint32_t crc1 = 0, crc2 = 0, crc3 = 0;
     for (const CSlucajOpterecenja* p : slucajevi)
         p->UpdateCRC(crc1, crc2, crc3);
-    if (bImaModel)
+    if (bImaModel && !kombinacije.empty()) {
+        // What each combination's UpdateCRC adds, with the model object read once for all.
+        CBaseManager bm;
+        CBaseManager::AssertOpenOK(bm.Open(CBaseManager::Read));
+        const bool bTeorijaII = CKombinacijaOpterecenja::JeTeorijaII(bm);
+        bm.Close();
         for (const CKombinacijaOpterecenja* p : kombinacije)
-            p->UpdateCRC(crc1, crc2, crc3);
+            p->DodajCRC(crc1, crc3, bTeorijaII);
+    }
     for (const CAnvelopaOpterecenja* p : anvelope)
         p->UpdateCRC(crc1, crc2, crc3);
     std::vector<Red> sume;

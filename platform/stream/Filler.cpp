@@ -228,26 +228,53 @@ std::vector<uint8_t> CFiller::TakeBuffer() {
     return bytes;
 }
 
+namespace {
+
+uint32_t Crc32(uint32_t crc, const uint8_t* data, size_t n) {
+    // zlib takes lengths as uInt; larger blocks go in pieces.
+    constexpr size_t kChunk = size_t{1} << 30;
+    uLong c = crc;
+    while (n > 0) {
+        const size_t part = std::min(n, kChunk);
+        c = crc32(c, data, static_cast<uInt>(part));
+        data += part;
+        n -= part;
+    }
+    return static_cast<uint32_t>(c);
+}
+
+} // namespace
+
 CCrcFiller::CCrcFiller() : m_crc(static_cast<uint32_t>(crc32(0L, Z_NULL, 0))) {
     Open(Mode::Write);
 }
 
+uint32_t CCrcFiller::GetCRC() const {
+    Saberi();
+    return m_crc;
+}
+
 void CCrcFiller::Reset() {
     m_crc = static_cast<uint32_t>(crc32(0L, Z_NULL, 0));
+    m_nSakupljeno = 0;
     Open(Mode::Write);
 }
 
+void CCrcFiller::Saberi() const {
+    m_crc = Crc32(m_crc, m_sakupljeno, m_nSakupljeno);
+    m_nSakupljeno = 0;
+}
+
 void CCrcFiller::Sink(const uint8_t* data, size_t n) {
-    // zlib takes lengths as uInt; larger blocks go in pieces.
-    constexpr size_t kChunk = size_t{1} << 30;
-    uLong crc = m_crc;
-    while (n > 0) {
-        const size_t part = std::min(n, kChunk);
-        crc = crc32(crc, data, static_cast<uInt>(part));
-        data += part;
-        n -= part;
+    if (m_nSakupljeno + n > kBlok) {
+        Saberi();
+        if (n > kBlok) {
+            m_crc = Crc32(m_crc, data, n);
+            return;
+        }
     }
-    m_crc = static_cast<uint32_t>(crc);
+    std::copy_n(data, n, m_sakupljeno + m_nSakupljeno);
+    m_nSakupljeno += n;
 }
 
 void CTrFiller::SetObjVerErr(CFiller& f, const char* sourceName, const CString& message) {

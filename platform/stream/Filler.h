@@ -118,18 +118,25 @@ private:
 };
 
 /// A write-only stream that keeps nothing but the CRC-32 (zlib's) of what was written. It is
-/// open for writing from construction on; Reset starts a new checksum.
+/// open for writing from construction on; Reset starts a new checksum. Records are written in
+/// many small pieces, so the pieces are gathered and summed a block at a time.
 class CCrcFiller : public CFiller {
 public:
     CCrcFiller();
-    uint32_t GetCRC() const { return m_crc; }
+    uint32_t GetCRC() const;
     void Reset();
 
 protected:
     void Sink(const uint8_t* data, size_t n) override;
 
 private:
-    uint32_t m_crc;
+    /// Adds the gathered bytes to the checksum.
+    void Saberi() const;
+
+    static constexpr size_t kBlok = 1024;
+    mutable uint32_t m_crc;
+    mutable size_t m_nSakupljeno = 0;
+    mutable uint8_t m_sakupljeno[kBlok];
 };
 
 /// Version errors of records: the message and the source name are kept by the stream, whose

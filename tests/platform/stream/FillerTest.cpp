@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <random>
 #include <tuple>
 #include <vector>
 #include <zlib.h>
@@ -146,6 +147,33 @@ TEST(CrcFiller, MatchesTheStandardCheckValueAndTheChecksumOfTheRecordBytes) {
     CCrcFiller other;
     WriteRecord(other, -0.8);
     EXPECT_NE(other.GetCRC(), crc.GetCRC());
+}
+
+TEST(CrcFiller, PiecesOfEverySizeGiveTheChecksumOfTheWholeAskedForAtAnyPoint) {
+    // Pieces small and large, around the block in which the stream gathers them, with the
+    // checksum asked for between them: always that of all the bytes so far, in one piece.
+    std::mt19937 rng(7);
+    for (int round = 0; round < 50; ++round) {
+        CCrcFiller crc;
+        Bytes all;
+        for (int piece = 0; piece < 12; ++piece) {
+            const size_t sizes[] = {0, 1, 4, 12, 1023, 1024, 1025, 3000};
+            const size_t n = round % 2 == 0 ? sizes[rng() % std::size(sizes)] : rng() % 700;
+            Bytes bytes(n);
+            for (uint8_t& b : bytes)
+                b = static_cast<uint8_t>(rng());
+            crc.Write(bytes.data(), 1, n);
+            all.insert(all.end(), bytes.begin(), bytes.end());
+            if (rng() % 3 == 0) {
+                ASSERT_EQ(crc.GetCRC(), crc32(0L, all.data(), static_cast<uInt>(all.size())))
+                    << round << " " << piece;
+            }
+        }
+        EXPECT_EQ(crc.GetCRC(), crc32(0L, all.data(), static_cast<uInt>(all.size()))) << round;
+        crc.Reset();
+        crc.Write("1234", 1, 4);
+        EXPECT_EQ(crc.GetCRC(), crc32(0L, reinterpret_cast<const Bytef*>("1234"), 4));
+    }
 }
 
 TEST(FileFiller, WritesExactlyTheRecordBytesOnCloseAndRefusesMissingFiles) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <vector>
 
 namespace {
@@ -63,6 +64,49 @@ TEST(StringRecord, CyrillicAndAstralTextsOfEveryLengthRoundTrip) {
     }
     EXPECT_EQ(f.Remaining(), 0u);
     EXPECT_EQ(Record(CString(300, L'\U0001F600')).size(), 4u + 300u * 4u);
+}
+
+TEST(StringRecord, TextsOfEveryKindOfCharacterAreWrittenAsTheirUnitsOneByOne) {
+    // The units written character by character, the plain way, against the record: texts of
+    // every length up to past two blocks, of ASCII, Cyrillic, characters just below and at the
+    // surrogates, astral characters and values that are not Unicode, in runs and mixed.
+    const auto literal = [](const CString& s) {
+        Bytes units;
+        const auto put = [&units](uint32_t u) {
+            units.push_back(static_cast<uint8_t>(u & 0xFF));
+            units.push_back(static_cast<uint8_t>(u >> 8));
+        };
+        for (const wchar_t wc : s) {
+            const auto c = static_cast<uint32_t>(wc);
+            if (c >= 0xD800 && c <= 0xDFFF) {
+                put(0xFFFD);
+            } else if (c > 0x10FFFF) {
+                put(0xFFFD);
+            } else if (c >= 0x10000) {
+                put(0xD800 + ((c - 0x10000) >> 10));
+                put(0xDC00 + ((c - 0x10000) & 0x3FF));
+            } else {
+                put(c);
+            }
+        }
+        const auto n = static_cast<uint32_t>(units.size() / 2);
+        Bytes record{static_cast<uint8_t>(n), static_cast<uint8_t>(n >> 8),
+                     static_cast<uint8_t>(n >> 16), static_cast<uint8_t>(n >> 24)};
+        record.insert(record.end(), units.begin(), units.end());
+        return record;
+    };
+    const uint32_t kinds[] = {L'a',   0x7F,   0x416,   0xD7FF,   0xD800,   0xDFFF,
+                              0xE000, 0xFFFF, 0x1F600, 0x10FFFF, 0x110000, 0xFFFFFFFF};
+    std::mt19937 rng(11);
+    for (int round = 0; round < 400; ++round) {
+        const size_t n = round < 40 ? static_cast<size_t>(round) : rng() % 600;
+        const size_t mixed = rng() % 4; // 0: ASCII only, 1: one other kind, else any kinds
+        CString s(n, L'a');
+        for (size_t i = 0; i < n; ++i)
+            if (mixed != 0 && (mixed == 1 ? i == n / 2 : rng() % 3 == 0))
+                s[i] = static_cast<wchar_t>(kinds[rng() % std::size(kinds)]);
+        ASSERT_EQ(Record(s), literal(s)) << round;
+    }
 }
 
 TEST(StringRecord, DamagedRecordsFailAndLeaveTheTextUntouched) {
