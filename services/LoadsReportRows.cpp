@@ -13,8 +13,11 @@
 #include "toler/Toler.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
+#include <map>
+#include <string_view>
 #include <type_traits>
 #include <unordered_map>
 
@@ -32,6 +35,46 @@ void DodajBroj(std::string& out, int n) {
     char tekst[16];
     const auto kraj = std::to_chars(tekst, tekst + sizeof tekst, n).ptr;
     out.append(tekst, kraj);
+}
+
+/// Appends the UTF-8 of a wide text. Names are mostly ASCII: they are checked and narrowed a
+/// group of characters at a time straight into the row text, in loops of a fixed length that
+/// the compiler makes vector code of; from the first group with any other character on, the
+/// text is converted as the platform converts it (character by character, so the pieces
+/// give the same bytes as the whole).
+void DodajUtf8(std::string& out, std::wstring_view s) {
+    constexpr size_t kGrupa = 32;
+    char grupa[kGrupa];
+    size_t i = 0;
+    for (; i + kGrupa <= s.size(); i += kGrupa) {
+        uint32_t sve = 0;
+        for (size_t j = 0; j < kGrupa; ++j) {
+            sve |= static_cast<uint32_t>(s[i + j]);
+            grupa[j] = static_cast<char>(s[i + j]);
+        }
+        if (sve >= 0x80)
+            break;
+        out.append(grupa, kGrupa);
+    }
+    const size_t ostatak = s.size() - i;
+    if (ostatak < kGrupa) {
+        uint32_t sve = 0;
+        for (size_t j = 0; j < ostatak; ++j) {
+            sve |= static_cast<uint32_t>(s[i + j]);
+            grupa[j] = static_cast<char>(s[i + j]);
+        }
+        if (sve < 0x80) {
+            out.append(grupa, ostatak);
+            return;
+        }
+    }
+    out += WideToUtf8(s.substr(i));
+}
+
+/// A cell of the UTF-8 of a wide text.
+void CelijaOd(CReportRows& rows, const CString& tekst) {
+    DodajUtf8(rows.Text(), tekst);
+    rows.EndCell();
 }
 
 /// Makes room for the rows of a block once its first rows show their size, so that the
@@ -115,18 +158,76 @@ private:
     CReportRows m_redovi;
 };
 
+/// The texts of the coefficients, each formatted once: a model has few distinct ones. The
+/// last text found for a slot of a small table by the coefficient's bits is tried first.
+class CTekstoviKoeficijenata {
+public:
+    const std::string& Tekst(double k) {
+        const auto bits = std::bit_cast<uint64_t>(k);
+        Mesto& mesto = m_brzi[(bits * 0x9E3779B97F4A7C15u) >> (64 - kBitaMesta)];
+        if (mesto.tekst != nullptr && mesto.bits == bits)
+            return *mesto.tekst;
+        auto it = m_svi.find(bits);
+        if (it == m_svi.end())
+            it = m_svi.emplace(bits, gfnFormatDouble(k, 2, 0).ToUtf8()).first;
+        mesto = {bits, &it->second};
+        return it->second;
+    }
+
+private:
+    struct Mesto {
+        uint64_t bits = 0;
+        const std::string* tekst = nullptr;
+    };
+    static constexpr int kBitaMesta = 6;
+    std::array<Mesto, size_t{1} << kBitaMesta> m_brzi{};
+    std::unordered_map<uint64_t, std::string> m_svi;
+};
+
+/// The column of each load case by its id (its ordinal less one) for the load cases whose
+/// ordinal has a column. Store ids are small numbers: they index a table, unless they lie so
+/// far apart that a hash table takes less room.
+class CKolonePoId {
+public:
+    CKolonePoId(const std::map<int32_t, int>& rbPoId, int nKolona) {
+        const int32_t najveci = rbPoId.empty() ? 0 : rbPoId.rbegin()->first;
+        const bool gusti = !rbPoId.empty() && rbPoId.begin()->first >= 0 &&
+                           static_cast<size_t>(najveci) <= 16 * rbPoId.size() + 4096;
+        if (gusti)
+            m_tabela.assign(static_cast<size_t>(najveci) + 1, kNema);
+        for (const auto& [id, rb] : rbPoId) {
+            if (rb < 1 || rb > nKolona)
+                continue;
+            if (gusti)
+                m_tabela[static_cast<size_t>(id)] = static_cast<uint32_t>(rb - 1);
+            else
+                m_mapa.emplace(id, static_cast<uint32_t>(rb - 1));
+        }
+    }
+    /// The column, or kNema.
+    uint32_t Kolona(int32_t id) const {
+        if (!m_tabela.empty())
+            return id >= 0 && static_cast<size_t>(id) < m_tabela.size()
+                       ? m_tabela[static_cast<size_t>(id)]
+                       : kNema;
+        const auto it = m_mapa.find(id);
+        return it != m_mapa.end() ? it->second : kNema;
+    }
+    static constexpr uint32_t kNema = UINT32_MAX;
+
+private:
+    std::vector<uint32_t> m_tabela;
+    std::unordered_map<int32_t, uint32_t> m_mapa;
+};
+
 class CTabelaKombinacija : public CTabelaNaZahtev {
 public:
     CTabelaKombinacija(const CLoadsReport::TableSource& izvor, CObjBase* base,
                        const CUcitaniIzvestaj& u)
         : CTabelaNaZahtev(izvor, base), m_ids(Idovi(u.kombinacije)),
-          m_nSlOpt(static_cast<int>(u.slucajevi.size())),
           m_da(ClTranslator::Translate(L"da").ToUtf8()),
-          m_koef(static_cast<size_t>(m_nSlOpt), 0.0) {
-        m_rbPoId.reserve(u.rbPoId.size());
-        for (const auto& [id, rb] : u.rbPoId)
-            m_rbPoId.emplace(id, rb);
-    }
+          m_kolone(u.rbPoId, static_cast<int>(u.slucajevi.size())), m_koef(u.slucajevi.size(), 0.0),
+          m_oznake((u.slucajevi.size() + 63) / 64, 0) {}
     size_t RowCount() const override { return m_ids.size(); }
     void Rows(size_t first, size_t count, CReportRows& rows) const override {
         CBaseManager bm;
@@ -147,53 +248,64 @@ private:
         std::string& tekst = rows.Text();
         DodajBroj(tekst, item.GetRedniBroj());
         rows.EndCell();
-        rows.CellOf(item.GetNaziv());
+        CelijaOd(rows, item.GetNaziv());
         rows.Cell(item.IsGenericName() != 0 ? std::string_view(m_da) : std::string_view());
         // A load case named twice has the sum of its coefficients. Only the columns of the
-        // load cases the combination names can be other than empty.
-        m_kolone.clear();
+        // load cases the combination names can be other than empty: they are marked in a set
+        // of bits, which gives them in order when the load cases are few against the entries,
+        // else they are sorted.
+        m_redKolona.clear();
         for (int i = 0; i < item.GetBrojOsnOpt(); ++i) {
             double k = 0.0;
             CId id;
             item.GetOsnOptByIndex(i, k, id);
-            auto it = m_rbPoId.find(id.GetValue());
-            if (it == m_rbPoId.end() || it->second < 1 || it->second > m_nSlOpt)
+            const uint32_t kolona = m_kolone.Kolona(id.GetValue());
+            if (kolona == CKolonePoId::kNema)
                 continue;
-            const auto kolona = static_cast<size_t>(it->second - 1);
-            if (std::find(m_kolone.begin(), m_kolone.end(), kolona) == m_kolone.end()) {
-                m_kolone.push_back(kolona);
+            uint64_t& rec = m_oznake[kolona / 64];
+            const uint64_t bit = uint64_t{1} << (kolona % 64);
+            if ((rec & bit) == 0) {
+                rec |= bit;
+                m_redKolona.push_back(kolona);
                 m_koef[kolona] = 0.0;
             }
             m_koef[kolona] += k;
         }
-        std::sort(m_kolone.begin(), m_kolone.end());
         size_t sledeca = 0;
-        for (const size_t kolona : m_kolone) {
+        const auto celija = [&](uint32_t kolona) {
             rows.EmptyCells(kolona - sledeca);
             sledeca = kolona + 1;
             const double k = m_koef[kolona];
-            if (CToler::Jednaki(k, 0.0)) {
+            if (CToler::Jednaki(k, 0.0))
                 rows.EndCell();
-                continue;
+            else
+                rows.Cell(m_tekstovi.Tekst(k));
+        };
+        if (m_oznake.size() <= 4 * m_redKolona.size() + 4) {
+            for (size_t r = 0; r < m_oznake.size(); ++r) {
+                for (uint64_t bitovi = m_oznake[r]; bitovi != 0; bitovi &= bitovi - 1)
+                    celija(static_cast<uint32_t>(64 * r) +
+                           static_cast<uint32_t>(std::countr_zero(bitovi)));
+                m_oznake[r] = 0;
             }
-            // A model has few distinct coefficients: each is formatted once.
-            auto it = m_tekstovi.find(std::bit_cast<uint64_t>(k));
-            if (it == m_tekstovi.end())
-                it = m_tekstovi
-                         .emplace(std::bit_cast<uint64_t>(k), gfnFormatDouble(k, 2, 0).ToUtf8())
-                         .first;
-            rows.Cell(it->second);
+        } else {
+            std::sort(m_redKolona.begin(), m_redKolona.end());
+            for (const uint32_t kolona : m_redKolona) {
+                celija(kolona);
+                m_oznake[kolona / 64] = 0;
+            }
         }
         rows.EmptyCells(m_koef.size() - sledeca);
     }
 
     std::vector<CId> m_ids;
-    int m_nSlOpt;
     std::string m_da;
-    std::unordered_map<int32_t, int> m_rbPoId;
+    CKolonePoId m_kolone;
     mutable std::vector<double> m_koef;
-    mutable std::vector<size_t> m_kolone;
-    mutable std::unordered_map<uint64_t, std::string> m_tekstovi;
+    /// The columns the row names, a bit each.
+    mutable std::vector<uint64_t> m_oznake;
+    mutable std::vector<uint32_t> m_redKolona;
+    mutable CTekstoviKoeficijenata m_tekstovi;
 };
 
 class CTabelaSkale : public CTabelaNaZahtev {
@@ -238,7 +350,7 @@ private:
         rows.Cell(vrsta);
         DodajBroj(rows.Text(), sopstveni);
         rows.EndCell();
-        rows.CellOf(naziv);
+        CelijaOd(rows, naziv);
         DodajBroj(rows.Text(), redniBroj - 1);
         rows.EndCell();
         DodajBroj(rows.Text(), redniBroj);
