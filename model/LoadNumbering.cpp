@@ -21,6 +21,9 @@
 namespace LoadNumbering {
 namespace {
 
+/// How many combinations ahead of the one being read their entries are asked for.
+constexpr size_t kUnapred = 8;
+
 const CKombinacijaOpterecenja* KombinacijaOf(const CBaseManager& bm, const CId& id) {
     const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
     VASSERT(pKombOpt);
@@ -103,15 +106,16 @@ void SviFaktori(bool zaIspis, const RedFaktora& red) {
 
     // Beyond the vector's length a number stands for the combinations whose own ordinal is
     // number - nSlOpt + 1 (none for an envelope): their members in store order, each as (place
-    // in the vector, coefficient), a later member of a place overwriting an earlier one.
+    // in the vector, coefficient), a later member of a place overwriting an earlier one. The
+    // members of all numbers lie end to end, those of number z from pocetak[z - n] on.
     struct Clan {
         int mesto;
         double koef;
     };
-    std::vector<std::vector<Clan>> poBroju; // by number - n
+    std::vector<Clan> clanovi;
+    std::vector<size_t> pocetak;
     bool bJedanPoJedan = false;
     if (ukupno > n) {
-        poBroju.resize(static_cast<size_t>(ukupno - n));
         CBaseManager bm;
         bm.Open(CBaseManager::Read);
         // The ordinals of the load cases by id, read once rather than for every member: a
@@ -121,8 +125,12 @@ void SviFaktori(bool zaIspis, const RedFaktora& red) {
         for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext())
             if (const auto* pSlOpt = dynamic_cast<const CSlucajOpterecenja*>(bm.GetR(id)))
                 redniBrojevi.Postavi(id, pSlOpt->DajRedniBroj());
+        // The combinations some load asks for, with their numbers less n, and how many
+        // members each number has.
+        std::vector<std::pair<const CKombOptItem*, size_t>> trazene;
+        pocetak.assign(static_cast<size_t>(ukupno - n) + 1, 0);
         bm.Select(CBaseManager::KombinacijaOpterecenjaType);
-        for (CId id = bm.GetFirst(); id.Valid() && !bJedanPoJedan; id = bm.GetNext()) {
+        for (CId id = bm.GetFirst(); id.Valid(); id = bm.GetNext()) {
             const auto* pKombOpt = dynamic_cast<const CKombinacijaOpterecenja*>(bm.GetR(id));
             if (pKombOpt == nullptr) {
                 bJedanPoJedan = true;
@@ -133,17 +141,31 @@ void SviFaktori(bool zaIspis, const RedFaktora& red) {
                 int64_t{item.GetRedniBroj()} - 1 + c.nSlOpt; // its zero-based number
             if (broj < n || broj >= ukupno)
                 continue; // no load asks for it
-            std::vector<Clan>& clanovi = poBroju[static_cast<size_t>(broj - n)];
-            for (int m = 0; m < item.GetBrojOsnOpt(); ++m) {
+            trazene.emplace_back(&item, static_cast<size_t>(broj - n));
+            pocetak[static_cast<size_t>(broj - n) + 1] += static_cast<size_t>(item.GetBrojOsnOpt());
+        }
+        for (size_t b = 1; b < pocetak.size(); ++b)
+            pocetak[b] += pocetak[b - 1];
+        clanovi.resize(pocetak.back());
+        std::vector<size_t> sledeci(pocetak.begin(), pocetak.end() - 1);
+        for (size_t t = 0; t < trazene.size() && !bJedanPoJedan; ++t) {
+            // The combinations a few places ahead are asked for while this one is read: first
+            // the item, then, when it has come, its entries.
+            if (t + 2 * kUnapred < trazene.size())
+                __builtin_prefetch(trazene[t + 2 * kUnapred].first);
+            if (t + kUnapred < trazene.size())
+                trazene[t + kUnapred].first->Predohvati();
+            const auto& [item, b] = trazene[t];
+            for (int m = 0; m < item->GetBrojOsnOpt(); ++m) {
                 double koef = 0.0;
                 CId slOptId;
-                item.GetOsnOptByIndex(m, koef, slOptId);
+                item->GetOsnOptByIndex(m, koef, slOptId);
                 int redniBroj = 0;
                 if (!redniBrojevi.Nadji(slOptId, redniBroj) || redniBroj < 1 || redniBroj > n) {
                     bJedanPoJedan = true;
                     break;
                 }
-                clanovi.push_back({redniBroj - 1, koef});
+                clanovi[sledeci[b]++] = {redniBroj - 1, koef};
             }
         }
         bm.Close();
@@ -169,12 +191,13 @@ void SviFaktori(bool zaIspis, const RedFaktora& red) {
             f[z] = 0.0;
             continue;
         }
-        const std::vector<Clan>& clanovi = poBroju[static_cast<size_t>(z - n)];
-        for (const Clan& clan : clanovi)
-            f[clan.mesto] = clan.koef;
+        const Clan* const prvi = clanovi.data() + pocetak[static_cast<size_t>(z - n)];
+        const Clan* const kraj = clanovi.data() + pocetak[static_cast<size_t>(z - n) + 1];
+        for (const Clan* clan = prvi; clan != kraj; ++clan)
+            f[clan->mesto] = clan->koef;
         red(z, f);
-        for (const Clan& clan : clanovi)
-            f[clan.mesto] = 0.0;
+        for (const Clan* clan = prvi; clan != kraj; ++clan)
+            f[clan->mesto] = 0.0;
     }
 }
 
