@@ -1,5 +1,6 @@
 // The record streams: memory and file streams, the checksum stream and version errors.
 #include "Filler.h"
+#include "Crc32.h"
 
 #include <algorithm>
 #include <bit>
@@ -227,23 +228,6 @@ std::vector<uint8_t> CFiller::TakeBuffer() {
     m_pos = 0;
     return bytes;
 }
-
-namespace {
-
-uint32_t Crc32(uint32_t crc, const uint8_t* data, size_t n) {
-    // zlib takes lengths as uInt; larger blocks go in pieces.
-    constexpr size_t kChunk = size_t{1} << 30;
-    uLong c = crc;
-    while (n > 0) {
-        const size_t part = std::min(n, kChunk);
-        c = crc32(c, data, static_cast<uInt>(part));
-        data += part;
-        n -= part;
-    }
-    return static_cast<uint32_t>(c);
-}
-
-} // namespace
 
 CCrcFiller::CCrcFiller() : m_crc(static_cast<uint32_t>(crc32(0L, Z_NULL, 0))) {
     Open(Mode::Write);
