@@ -26,6 +26,7 @@
 #include "toler/Toler.h"
 
 #include <algorithm>
+#include <charconv>
 #include <memory>
 #include <string>
 #include <unordered_set>
@@ -85,14 +86,25 @@ void Povratak(CSelectorList& combo, int pozicija, int odbijena, bool bAktiviraj)
     COpterecenjeApp::OnCombo();
 }
 
+/// Appends a whole number as "%d" writes it, without the formatting machinery behind the
+/// standard library's wide conversion, which a list of many thousand items would feel.
+void DodajBroj(CString& tekst, int n) {
+    char cifre[16];
+    const char* const kraj = std::to_chars(cifre, cifre + sizeof cifre, n).ptr;
+    for (const char* c = cifre; c != kraj; ++c)
+        tekst += static_cast<wchar_t>(*c);
+}
+
 /// "%d. %s" (or "%d/%d. %s" with a tone index) of a position and a name.
 CString TekstStavke(int p, int ton, const CString& naziv) {
     // Room for the numbers and the name at once: a long generated name is copied only once.
     CString tekst;
     tekst.reserve(naziv.size() + 24);
-    tekst += std::to_wstring(p);
-    if (ton != 0)
-        tekst += L"/" + std::to_wstring(ton);
+    DodajBroj(tekst, p);
+    if (ton != 0) {
+        tekst += L'/';
+        DodajBroj(tekst, ton);
+    }
     tekst += L". ";
     tekst += naziv;
     return tekst;
