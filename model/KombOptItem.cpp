@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <map>
 #include <vector>
 
@@ -29,6 +30,19 @@ constexpr size_t kMinItemBytes = 4 * sizeof(int32_t);
 
 using nazivi::FormatKoef;
 using nazivi::RimskiBroj;
+
+/// A little-endian number from a record's bytes (one load where the processor's order is the
+/// record's).
+template <class T> T CitajLE(const uint8_t* p) {
+    T v = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&v, p, sizeof v);
+    } else {
+        for (size_t b = 0; b < sizeof v; ++b)
+            v |= static_cast<T>(p[b]) << (8 * b);
+    }
+    return v;
+}
 
 /// One side of a MAX term of the paired rule: the coefficient and "x" unless it is 1, then
 /// the numeral of the ordinal.
@@ -277,13 +291,25 @@ int CKombOptItem::NarusenaKonzistencija(CBaseManager& bm) {
 
 bool CKombOptItem::ImaNarusenuKonzistenciju(const CRedniBrojeviSlOpt& redniBrojevi,
                                             int nSlOpt) const {
-    std::vector<bool> zauzet(static_cast<size_t>(std::max(nSlOpt, 0)) + 1, false);
+    // Every combination of a model read from a file is checked: the load cases taken are
+    // marked on the stack while the model has few of them.
+    constexpr int kNaSteku = 1024;
+    uint64_t naSteku[kNaSteku / 64] = {};
+    std::vector<uint64_t> uHipu;
+    uint64_t* zauzet = naSteku;
+    if (nSlOpt >= kNaSteku) {
+        uHipu.assign(static_cast<size_t>(nSlOpt) / 64 + 1, 0);
+        zauzet = uHipu.data();
+    }
     for (int i = 0; i < GetBrojOsnOpt(); ++i) {
         int r = 0;
-        if (!redniBrojevi.Nadji(m_arrId[i], r) || r < 1 || r > nSlOpt ||
-            zauzet[static_cast<size_t>(r)])
+        if (!redniBrojevi.Nadji(m_arrId[i], r) || r < 1 || r > nSlOpt)
             return true;
-        zauzet[static_cast<size_t>(r)] = true;
+        const auto rec = static_cast<size_t>(r) / 64;
+        const uint64_t bit = uint64_t{1} << (static_cast<size_t>(r) % 64);
+        if ((zauzet[rec] & bit) != 0)
+            return true;
+        zauzet[rec] |= bit;
     }
     return false;
 }
@@ -493,14 +519,9 @@ int CKombOptItem::FromFiller(CFiller& f) {
             return 0;
         const uint8_t* p = blok;
         for (int i = first; i < first + count; ++i) {
-            uint32_t id = 0;
-            uint64_t koef = 0;
-            for (size_t b = 0; b < sizeof id; ++b)
-                id |= static_cast<uint32_t>(*p++) << (8 * b);
-            for (size_t b = 0; b < sizeof koef; ++b)
-                koef |= static_cast<uint64_t>(*p++) << (8 * b);
-            m_arrId[i] = CId(static_cast<int32_t>(id));
-            m_arrKoef[i] = std::bit_cast<double>(koef);
+            m_arrId[i] = CId(static_cast<int32_t>(CitajLE<uint32_t>(p)));
+            m_arrKoef[i] = std::bit_cast<double>(CitajLE<uint64_t>(p + sizeof(uint32_t)));
+            p += kEntryBytes;
         }
     }
     return 1;

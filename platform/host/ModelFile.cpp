@@ -382,7 +382,7 @@ CString ReadObjects(CModelFileInput& in, size_t& pos, CObjBase& base) {
             pos += static_cast<size_t>(length);
             rec.SetView(record, static_cast<size_t>(length));
             rec.Open(CFiller::Mode::Read);
-            ObjPtr obj(CObjBase::CreateObject(type));
+            ObjPtr obj(CObjBase::CreateForReading(type));
             const int ok = obj->FromFiller(rec);
             if (!ok || rec.IsError() || rec.Remaining() != 0) {
                 CString reason = rec.GetErrorMessage();

@@ -34,6 +34,9 @@ public:
     /// Adds the checksum of the base record's attribute word to each of the three sums.
     virtual void UpdateCRC(uint32_t& crc1, uint32_t& crc2, uint32_t& crc3) const;
     virtual CObj* MakeNew() const = 0;
+    /// A new object of the same class to read a whole record into: its record will say what
+    /// a copy of the prototype would have held, so nothing is copied first.
+    virtual CObj* MakeEmpty() const { return MakeNew(); }
     virtual void NotifyInsert() {}
     virtual void NotifyDelete() {}
     /// Rewrites ids that the object holds through the map (old id to new id).
@@ -90,6 +93,7 @@ public:
         p->Copy(*this);
         return p;
     }
+    CObj* MakeEmpty() const override { return new Derived(); }
     void Destroy(int bDelete) override {
         if (IsProtected())
             return;

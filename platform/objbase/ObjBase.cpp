@@ -191,6 +191,15 @@ CObj* CObjBase::CreateObject(int type) {
     return obj;
 }
 
+CObj* CObjBase::CreateForReading(int type) {
+    const auto it = Registry().find(type);
+    if (it == Registry().end())
+        return nullptr;
+    CObj* obj = it->second.prototype->MakeEmpty();
+    obj->SetId(CId());
+    return obj;
+}
+
 // --- contents ---
 
 CObjBase::Entry* CObjBase::Slot(int32_t id) {

@@ -56,6 +56,8 @@ public:
     static std::vector<int> GetRegisteredTypes();
     /// A new default object of a registered type (a copy of the prototype), or null.
     static CObj* CreateObject(int type);
+    /// A new object of a registered type that a whole record is then read into, or null.
+    static CObj* CreateForReading(int type);
 
     // --- contents ---
     int Count(int type) const;

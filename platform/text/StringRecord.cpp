@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <vector>
@@ -67,6 +68,32 @@ CString FromUtf16Bytes(const uint8_t* bytes, size_t units) {
         return static_cast<uint32_t>(bytes[2 * i]) | (static_cast<uint32_t>(bytes[2 * i + 1]) << 8);
     };
     CString s(units, L'\0');
+    // Names without surrogates (nearly all) are widened four units at a time, looking for a
+    // surrogate on the way; the rare name with one is read again below.
+    wchar_t* wide = s.data();
+    uint64_t surrogates = 0;
+    size_t i = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr uint64_t kLanes = 0x0001000100010001ULL;
+        for (; i + 4 <= units; i += 4) {
+            uint64_t w = 0;
+            std::memcpy(&w, bytes + 2 * i, sizeof w);
+            wide[i] = static_cast<wchar_t>(w & 0xFFFF);
+            wide[i + 1] = static_cast<wchar_t>((w >> 16) & 0xFFFF);
+            wide[i + 2] = static_cast<wchar_t>((w >> 32) & 0xFFFF);
+            wide[i + 3] = static_cast<wchar_t>(w >> 48);
+            // A lane is zero where its unit is a surrogate (0xD800-0xDFFF).
+            const uint64_t m = (w & (0xF800 * kLanes)) ^ (0xD800 * kLanes);
+            surrogates |= (m - kLanes) & ~m & (0x8000 * kLanes);
+        }
+    }
+    for (; i < units; ++i) {
+        const uint32_t u = unitAt(i);
+        wide[i] = static_cast<wchar_t>(u);
+        surrogates |= static_cast<uint64_t>((u & 0xF800) == 0xD800);
+    }
+    if (surrogates == 0)
+        return s;
     size_t out = 0;
     for (size_t i = 0; i < units; ++i) {
         const uint32_t u = unitAt(i);

@@ -39,6 +39,23 @@ TEST(StringRecord, LayoutIsCountThenUtf16UnitsWithSurrogatePairs) {
     CString s;
     ASSERT_EQ(ReadRecord(f, {0x04, 0, 0, 0, 0x00, 0xD8, 0x41, 0x00, 0x00, 0xDE, 0x3D, 0xD8}, s), 1);
     EXPECT_EQ(s, L"\uFFFDA\uFFFD\uFFFD");
+    // A pair or a lone surrogate at any place of a longer name, whichever group of units is
+    // read together with it.
+    for (size_t at = 0; at < 10; ++at) {
+        Bytes bytes{11, 0, 0, 0};
+        for (size_t i = 0; i < 11; ++i) {
+            const uint16_t unit = i == at ? 0xD83D : i == at + 1 ? 0xDE00 : 0x0416;
+            bytes.push_back(static_cast<uint8_t>(unit & 0xFF));
+            bytes.push_back(static_cast<uint8_t>(unit >> 8));
+        }
+        ASSERT_EQ(ReadRecord(f, bytes, s), 1);
+        EXPECT_EQ(s, CString(at, L'Ж') + L"😀" + CString(9 - at, L'Ж')) << at;
+        // The low half gone: the high one stands alone.
+        bytes[4 + 2 * (at + 1)] = 0x16;
+        bytes[4 + 2 * (at + 1) + 1] = 0x04;
+        ASSERT_EQ(ReadRecord(f, bytes, s), 1);
+        EXPECT_EQ(s, CString(at, L'Ж') + L"\uFFFD" + CString(10 - at, L'Ж')) << at;
+    }
 }
 
 TEST(StringRecord, CyrillicAndAstralTextsOfEveryLengthRoundTrip) {
