@@ -7,6 +7,9 @@
 
 #include <QStandardPaths>
 
+#include <string>
+#include <unistd.h>
+
 namespace {
 
 CModuleLoader& Loader() {
@@ -34,8 +37,9 @@ void HostTest::SetUpTestSuite() {
 
 void HostTest::SetUp() {
     ClTranslator::SetLanguage(ClTranslator::Srpski);
+    // Of this process too: the same tests may run at once from another build of the project.
     m_dir = std::filesystem::temp_directory_path() /
-            ("vorta-host-" +
+            ("vorta-host-" + std::to_string(::getpid()) + "-" +
              std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
     std::filesystem::remove_all(m_dir);
     std::filesystem::create_directories(m_dir);

@@ -11,10 +11,13 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <string>
+#include <unistd.h>
 
 TEST(QtModalRunnerDeathTest, AFailedCheckShowsItsModalBoxBeforeTheProcessEnds) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const std::filesystem::path dir = std::filesystem::temp_directory_path() / "vorta-fatal-box";
+    const std::filesystem::path dir = std::filesystem::temp_directory_path() /
+                                      ("vorta-fatal-box-" + std::to_string(::getpid()));
     std::filesystem::create_directories(dir);
     EXPECT_EXIT(
         {
