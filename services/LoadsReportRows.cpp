@@ -16,6 +16,7 @@
 #include <array>
 #include <bit>
 #include <charconv>
+#include <cstring>
 #include <map>
 #include <string_view>
 #include <type_traits>
@@ -37,13 +38,16 @@ void DodajBroj(std::string& out, int n) {
     out.append(tekst, kraj);
 }
 
-/// Appends the UTF-8 of a wide text. Names are mostly ASCII: they are checked and narrowed a
-/// group of characters at a time straight into the row text, in loops of a fixed length that
-/// the compiler makes vector code of; from the first group with any other character on, the
-/// text is converted as the platform converts it (character by character, so the pieces
-/// give the same bytes as the whole).
+/// Appends the UTF-8 of a wide text. Names are mostly ASCII: room for one byte a character
+/// is made at once, and the text is checked and narrowed into it a group of characters at a
+/// time, in loops of a fixed length that the compiler makes vector code of; from the first
+/// group with any other character on, the text is converted as the platform converts it
+/// (character by character, so the pieces give the same bytes as the whole).
 void DodajUtf8(std::string& out, std::wstring_view s) {
     constexpr size_t kGrupa = 32;
+    const size_t pocetak = out.size();
+    out.resize(pocetak + s.size());
+    char* const cilj = out.data() + pocetak;
     char grupa[kGrupa];
     size_t i = 0;
     for (; i + kGrupa <= s.size(); i += kGrupa) {
@@ -54,20 +58,18 @@ void DodajUtf8(std::string& out, std::wstring_view s) {
         }
         if (sve >= 0x80)
             break;
-        out.append(grupa, kGrupa);
+        std::memcpy(cilj + i, grupa, kGrupa);
     }
-    const size_t ostatak = s.size() - i;
-    if (ostatak < kGrupa) {
+    if (s.size() - i < kGrupa) {
         uint32_t sve = 0;
-        for (size_t j = 0; j < ostatak; ++j) {
-            sve |= static_cast<uint32_t>(s[i + j]);
-            grupa[j] = static_cast<char>(s[i + j]);
+        for (size_t j = i; j < s.size(); ++j) {
+            sve |= static_cast<uint32_t>(s[j]);
+            cilj[j] = static_cast<char>(s[j]);
         }
-        if (sve < 0x80) {
-            out.append(grupa, ostatak);
+        if (sve < 0x80)
             return;
-        }
     }
+    out.resize(pocetak + i);
     out += WideToUtf8(s.substr(i));
 }
 
@@ -158,26 +160,32 @@ private:
     CReportRows m_redovi;
 };
 
-/// The texts of the coefficients, each formatted once: a model has few distinct ones. The
-/// last text found for a slot of a small table by the coefficient's bits is tried first.
+/// The texts of the coefficients, each formatted once (a model has few distinct ones), none
+/// for a coefficient equal to zero within the tolerance. What was found for a coefficient is
+/// kept in a small table by its bits and tried first.
 class CTekstoviKoeficijenata {
 public:
-    const std::string& Tekst(double k) {
+    const std::string* Tekst(double k) {
         const auto bits = std::bit_cast<uint64_t>(k);
         Mesto& mesto = m_brzi[(bits * 0x9E3779B97F4A7C15u) >> (64 - kBitaMesta)];
-        if (mesto.tekst != nullptr && mesto.bits == bits)
-            return *mesto.tekst;
-        auto it = m_svi.find(bits);
-        if (it == m_svi.end())
-            it = m_svi.emplace(bits, gfnFormatDouble(k, 2, 0).ToUtf8()).first;
-        mesto = {bits, &it->second};
-        return it->second;
+        if (mesto.zauzeto && mesto.bits == bits)
+            return mesto.tekst;
+        const std::string* tekst = nullptr;
+        if (!CToler::Jednaki(k, 0.0)) {
+            auto it = m_svi.find(bits);
+            if (it == m_svi.end())
+                it = m_svi.emplace(bits, gfnFormatDouble(k, 2, 0).ToUtf8()).first;
+            tekst = &it->second;
+        }
+        mesto = {bits, tekst, true};
+        return tekst;
     }
 
 private:
     struct Mesto {
         uint64_t bits = 0;
         const std::string* tekst = nullptr;
+        bool zauzeto = false;
     };
     static constexpr int kBitaMesta = 6;
     std::array<Mesto, size_t{1} << kBitaMesta> m_brzi{};
@@ -275,11 +283,10 @@ private:
         const auto celija = [&](uint32_t kolona) {
             rows.EmptyCells(kolona - sledeca);
             sledeca = kolona + 1;
-            const double k = m_koef[kolona];
-            if (CToler::Jednaki(k, 0.0))
-                rows.EndCell();
+            if (const std::string* tekst = m_tekstovi.Tekst(m_koef[kolona]))
+                rows.Cell(*tekst);
             else
-                rows.Cell(m_tekstovi.Tekst(k));
+                rows.EndCell();
         };
         if (m_oznake.size() <= 4 * m_redKolona.size() + 4) {
             for (size_t r = 0; r < m_oznake.size(); ++r) {
