@@ -1,8 +1,8 @@
 // zlib's CRC-32 continued over a block of bytes. On processors with carry-less multiplication
 // a block of 64 bytes or more is folded sixteen bytes at a time in four lanes, then reduced to
-// the 32-bit remainder (Barrett's reduction); the last bytes, short blocks and other
-// processors go through zlib. Both give the same checksum: it is the remainder of the same
-// polynomial division, worked out in a different order.
+// the 32-bit remainder through the reciprocal of the polynomial; the last bytes, short blocks
+// and other processors go through zlib. Both give the same checksum: it is the remainder of
+// the same polynomial division, worked out in a different order.
 #include "Crc32.h"
 
 #include <algorithm>
@@ -53,7 +53,7 @@ constexpr int64_t K(unsigned n) {
     return static_cast<int64_t>(Obrnuto(XnModP(n), 32) << 1);
 }
 
-/// floor(x^64 / P), reflected: the factor of Barrett's reduction.
+/// floor(x^64 / P), reflected: the reciprocal by which the last 64 bits are reduced.
 constexpr int64_t Mi() {
     unsigned __int128 deljenik = static_cast<unsigned __int128>(1) << 64;
     const unsigned __int128 p = 0x104C11DB7u;
@@ -67,7 +67,7 @@ constexpr int64_t Mi() {
 }
 
 // Worked out by the compiler: moving four lanes on by 512 bits, one lane by 128 bits, 64 bits
-// on by 32, and Barrett's factor with P reflected (33 bits).
+// on by 32, and the reciprocal with P reflected (33 bits).
 constexpr int64_t kZa4Nize = K(4 * 128 + 32);
 constexpr int64_t kZa4Vise = K(4 * 128 - 32);
 constexpr int64_t kZa1Nize = K(128 + 32);
@@ -93,7 +93,7 @@ __attribute__((target("pclmul,sse4.1"))) uint32_t Presavijanjem(uint32_t crc, co
     const __m128i za4 = _mm_set_epi64x(kZa4Vise, kZa4Nize);
     const __m128i za1 = _mm_set_epi64x(kZa1Vise, kZa1Nize);
     const __m128i za64 = _mm_set_epi64x(0, kZa64);
-    const __m128i barrett = _mm_set_epi64x(kMi, kP);
+    const __m128i ostatak = _mm_set_epi64x(kMi, kP);
     const __m128i niza32 = _mm_set_epi32(0, 0, 0, -1);
 
     __m128i x0 = _mm_xor_si128(Ucitaj(p), _mm_cvtsi32_si128(static_cast<int>(crc)));
@@ -117,8 +117,8 @@ __attribute__((target("pclmul,sse4.1"))) uint32_t Presavijanjem(uint32_t crc, co
     __m128i x = _mm_xor_si128(_mm_clmulepi64_si128(x0, za1, 0x10), _mm_srli_si128(x0, 8));
     x = _mm_xor_si128(_mm_srli_si128(x, 4),
                       _mm_clmulepi64_si128(_mm_and_si128(x, niza32), za64, 0x00));
-    __m128i t = _mm_clmulepi64_si128(_mm_and_si128(x, niza32), barrett, 0x10);
-    t = _mm_clmulepi64_si128(_mm_and_si128(t, niza32), barrett, 0x00);
+    __m128i t = _mm_clmulepi64_si128(_mm_and_si128(x, niza32), ostatak, 0x10);
+    t = _mm_clmulepi64_si128(_mm_and_si128(t, niza32), ostatak, 0x00);
     return static_cast<uint32_t>(_mm_extract_epi32(_mm_xor_si128(x, t), 1));
 }
 
