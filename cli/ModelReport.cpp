@@ -1,6 +1,7 @@
 // The text report of the current document that `show` prints.
 #include "ModelReport.h"
 
+#include "BlockWriter.h"
 #include "PrintQueue.h"
 #include "host/LoadsServices.h"
 
@@ -293,10 +294,10 @@ void PrintSelector(std::ostream& out, CHeadlessFrame& frame, bool resultsMode) {
     printer.Finish();
 }
 
-void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
-    // Everything the module is asked for is asked for here, in order; the printing thread
-    // formats and writes each table meanwhile.
-    CPrintQueue printer(out);
+namespace {
+
+/// Hands every table of the report to the printing thread, in order.
+void PostModel(CPrintQueue& printer, CHeadlessFrame& frame) {
     if (CLoadsServices::IzvestajNaZahtev != nullptr) {
         for (const auto& table : CLoadsServices::IzvestajNaZahtev())
             printer.PostTable(RowsOf(*table));
@@ -317,5 +318,21 @@ void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
                 CLoadsServices::SviFaktoriZaIspis);
     PostSelector(printer, frame, false);
     PostSelector(printer, frame, true);
-    printer.Finish();
+}
+
+} // namespace
+
+void PrintModel(std::ostream& out, CHeadlessFrame& frame) {
+    // Everything the module is asked for is asked for here, in order; the printing thread
+    // formats each table meanwhile (a few tables may wait, so that the module is not kept
+    // waiting behind a large one), and a third thread writes what it formatted.
+    CBlockWriter writer(*out.rdbuf());
+    std::ostream blocks(&writer);
+    {
+        CPrintQueue printer(blocks, 4);
+        PostModel(printer, frame);
+        printer.Finish();
+    }
+    if (!blocks.flush())
+        out.setstate(std::ios::badbit);
 }

@@ -1,6 +1,8 @@
 // Rendering of tables as aligned columns of UTF-8 text.
 #include "TablePrinter.h"
 
+#include "BlockWriter.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -200,10 +202,14 @@ private:
     size_t m_lineWidth = 0;
 };
 
-/// Text collected for the stream and handed over in large pieces.
+/// Text collected for the stream and handed over in large pieces: whole blocks where the
+/// stream writes them on a thread of its own.
 class COutput {
 public:
-    explicit COutput(std::ostream& out) : m_out(out) {}
+    explicit COutput(std::ostream& out)
+        : m_out(out), m_blocks(dynamic_cast<CBlockWriter*>(out.rdbuf())) {
+        m_buffer = New(kPiece);
+    }
     ~COutput() { Flush(); }
     COutput(const COutput&) = delete;
     COutput& operator=(const COutput&) = delete;
@@ -214,7 +220,7 @@ public:
             Flush();
             if (bytes > m_size) {
                 m_size = std::max(bytes, kPiece);
-                m_buffer = std::make_unique_for_overwrite<char[]>(m_size);
+                m_buffer = New(m_size);
             }
         }
         return m_buffer.get() + m_used;
@@ -225,14 +231,26 @@ public:
         Used(text.size());
     }
     void Flush() {
-        m_out.write(m_buffer.get(), static_cast<std::streamsize>(m_used));
+        if (m_used == 0)
+            return;
+        if (m_blocks != nullptr) {
+            m_blocks->Give(std::move(m_buffer), m_size, m_used);
+            m_buffer = New(m_size);
+        } else {
+            m_out.write(m_buffer.get(), static_cast<std::streamsize>(m_used));
+        }
         m_used = 0;
     }
 
 private:
     static constexpr size_t kPiece = size_t{1} << 20;
+    std::unique_ptr<char[]> New(size_t size) {
+        return m_blocks != nullptr ? m_blocks->Take(size)
+                                   : std::make_unique_for_overwrite<char[]>(size);
+    }
     std::ostream& m_out;
-    std::unique_ptr<char[]> m_buffer = std::make_unique_for_overwrite<char[]>(kPiece);
+    CBlockWriter* m_blocks;
+    std::unique_ptr<char[]> m_buffer;
     size_t m_size = kPiece;
     size_t m_used = 0;
 };
@@ -434,25 +452,36 @@ void PrintTable(std::ostream& out, const CCodedTable& table) {
     }
     CLayout layout(table.header);
     layout.Measure(lead);
-    std::vector<std::vector<uint8_t>> seen;
+    // Which texts each column holds: a row of marks per column, one mark per text.
+    constexpr size_t kTexts = CCodedTable::kMaxTexts;
+    std::vector<uint8_t> marks;
+    size_t columns = 0;
     for (size_t r = 0; r < lead.Count(); ++r) {
         ascii = ascii && Ascii(lead.RowText(r));
         const size_t from = lead.Cells(r);
         const CCodedTable::Code* code = table.codes.data() + (r == 0 ? 0 : table.rowEnds[r - 1]);
         const size_t n = codedCells(r);
-        if (seen.size() < from + n)
-            seen.resize(from + n);
-        for (size_t k = 0; k < n; ++k) {
-            std::vector<uint8_t>& column = seen[from + k];
-            if (column.size() <= code[k])
-                column.resize(table.texts.size(), 0);
+        if (n == 0)
+            continue;
+        if (marks.size() < (from + n) * kTexts)
+            marks.resize((from + n) * kTexts, 0);
+        columns = std::max(columns, from + n);
+        uint8_t* column = marks.data() + from * kTexts;
+        for (size_t k = 0; k < n; ++k, column += kTexts)
             column[code[k]] = 1;
-        }
     }
-    layout.Grow(seen.size());
-    for (size_t c = 0; c < seen.size(); ++c)
-        for (size_t t = 0; t < seen[c].size(); ++t)
-            if (seen[c][t] != 0)
+    // A column is coded when a row has a coded cell in it.
+    std::vector<uint8_t> coded(columns, 0);
+    for (size_t c = 0; c < columns; ++c)
+        for (size_t t = 0; t < table.texts.size(); ++t)
+            if (marks[c * kTexts + t] != 0) {
+                coded[c] = 1;
+                break;
+            }
+    layout.Grow(columns);
+    for (size_t c = 0; c < columns; ++c)
+        for (size_t t = 0; t < table.texts.size(); ++t)
+            if (marks[c * kTexts + t] != 0)
                 layout.MeasureCell(c, table.texts[t], widths[t]);
     layout.Measured();
 
@@ -462,13 +491,13 @@ void PrintTable(std::ostream& out, const CCodedTable& table) {
     bool fast = ascii;
     for (size_t r = 0; fast && r < lead.Count(); ++r)
         fast = lead.Cells(r) > 0;
-    for (size_t c = 0; fast && c < seen.size(); ++c)
-        fast = seen[c].empty() || layout.ColumnWidth(c) + 2 <= kSlot;
+    for (size_t c = 0; fast && c < columns; ++c)
+        fast = coded[c] == 0 || layout.ColumnWidth(c) + 2 <= kSlot;
     // The slots of each width and alignment: the gap, then the text aligned in the column.
     std::map<std::pair<size_t, bool>, std::string> slotTables;
-    std::vector<const char*> slots(seen.size(), nullptr);
-    for (size_t c = 0; fast && c < seen.size(); ++c) {
-        if (seen[c].empty())
+    std::vector<const char*> slots(columns, nullptr);
+    for (size_t c = 0; fast && c < columns; ++c) {
+        if (coded[c] == 0)
             continue;
         const size_t w = layout.ColumnWidth(c);
         const bool right = layout.Right(c);

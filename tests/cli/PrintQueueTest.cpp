@@ -1,8 +1,12 @@
-// The printing thread of `show`: order kept, failures stop the printing and reach the caller.
+// The printing and writing threads of `show`: order kept, failures stop the output and reach
+// the caller.
 #include "PrintQueue.h"
+#include "BlockWriter.h"
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstring>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -33,4 +37,65 @@ TEST(PrintQueue, PrintsInOrderAndStopsAtTheFirstFailure) {
     // The failure is given again to whoever hands over more, and nothing after it is printed.
     EXPECT_THROW(printer.Post([](std::ostream& o) { o << "c"; }), std::runtime_error);
     EXPECT_EQ(failed.str(), "a");
+}
+
+namespace {
+
+/// A file that takes `room` bytes, then fails as a full disk does.
+class CFullDisk : public std::stringbuf {
+public:
+    explicit CFullDisk(size_t room) : m_room(room) {}
+
+protected:
+    std::streamsize xsputn(const char* s, std::streamsize n) override {
+        const auto taken = std::min(n, static_cast<std::streamsize>(m_room));
+        m_room -= static_cast<size_t>(taken);
+        if (taken < n)
+            errno = ENOSPC;
+        return std::stringbuf::xsputn(s, taken);
+    }
+
+private:
+    size_t m_room;
+};
+
+/// Writes text and blocks of one letter each, alternately, through the writer.
+void Write(CBlockWriter& writer, std::string& expected) {
+    std::ostream text(&writer);
+    for (int i = 0; i < 40; ++i) {
+        text << i << ';';
+        expected += std::to_string(i) + ';';
+        const size_t size = 1000 + 7 * static_cast<size_t>(i);
+        auto block = writer.Take(size);
+        std::memset(block.get(), 'a' + i % 26, size);
+        writer.Give(std::move(block), size, size - 3);
+        expected.append(size - 3, static_cast<char>('a' + i % 26));
+    }
+}
+
+} // namespace
+
+TEST(BlockWriter, KeepsTextAndBlocksInOrderAndReportsAFullDisk) {
+    std::ostringstream out;
+    std::string expected;
+    {
+        CBlockWriter writer(*out.rdbuf(), 2);
+        Write(writer, expected);
+        std::ostream text(&writer);
+        EXPECT_TRUE(text.flush());
+        EXPECT_EQ(out.str(), expected);
+        text << "end";
+    }
+    EXPECT_EQ(out.str(), expected + "end");
+
+    CFullDisk disk(5000);
+    CBlockWriter writer(disk, 3);
+    expected.clear();
+    Write(writer, expected);
+    std::ostream text(&writer);
+    errno = 0;
+    EXPECT_FALSE(text.flush());
+    EXPECT_EQ(errno, ENOSPC);
+    // Nothing after the failed write is written.
+    EXPECT_EQ(disk.str(), expected.substr(0, 5000));
 }
