@@ -6,6 +6,7 @@
 #include "host/LoadsServices.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cstdint>
@@ -39,10 +40,14 @@ class CFactorCodes {
 public:
     /// The number of the factor with these bits, or -1 when it has none yet.
     int Find(uint64_t bits) const {
+        // Nearly every factor is found in its own slot.
+        const Entry& e = m_entries[Slot(bits)];
+        if (e.bits == bits && e.code >= 0)
+            return e.code;
         for (size_t i = Slot(bits);; i = (i + 1) % kSlots) {
-            const Entry& e = m_entries[i];
-            if (e.code < 0 || e.bits == bits)
-                return e.code;
+            const Entry& next = m_entries[i];
+            if (next.code < 0 || next.bits == bits)
+                return next.code;
         }
     }
     void Add(uint64_t bits, CCodedTable::Code code) {
@@ -62,7 +67,7 @@ private:
         uint64_t bits = 0;
         int code = -1;
     };
-    std::vector<Entry> m_entries = std::vector<Entry>(kSlots);
+    std::array<Entry, kSlots> m_entries{};
 };
 
 void AppendNumber(std::string& text, int n) {

@@ -33,6 +33,10 @@ TEST(TablePrinter, AlignsColumnsByCharactersAndNumbersToTheRight) {
     EXPECT_EQ(Render(CTextTable{"Prazno", {"X", "Y"}, {}}),
               "Prazno\n======\nX  Y\n-  -\n(none)\n\n");
     EXPECT_EQ(Render(CTextTable{"N", {}, {{"1.", "+2", "3.5x"}}}), "N\n=\n1.  +2  3.5x\n\n");
+    // A letter of two bytes far into a long name still counts as one character.
+    EXPECT_EQ(Render(CTextTable{"D", {"Naziv", "K"}, {{"Stalno opterećenje", "1"}, {"x", "2"}}}),
+              "D\n=\nNaziv               K\n------------------  -\n"
+              "Stalno opterećenje  1\nx                   2\n\n");
     // An empty selector (a filled one is shown by the report's tests).
     EXPECT_EQ(Render(SelectorTable("S", CSelectorList())),
               "S\n=\n   Pos  Text\n-  ---  ----\n(none)\n\n");
