@@ -4,7 +4,6 @@
 #include "BlockWriter.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -14,19 +13,23 @@
 namespace {
 
 /// A number as the report writes it: optional sign, digits, optional decimal part.
+bool IsDigit(char ch) {
+    return ch >= '0' && ch <= '9';
+}
+
 bool IsNumber(std::string_view text) {
     size_t i = 0;
     if (i < text.size() && (text[i] == '-' || text[i] == '+'))
         ++i;
     const size_t digitsStart = i;
-    while (i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])))
+    while (i < text.size() && IsDigit(text[i]))
         ++i;
     if (i == digitsStart)
         return false;
     if (i < text.size() && text[i] == '.') {
         ++i;
         const size_t fractionStart = i;
-        while (i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])))
+        while (i < text.size() && IsDigit(text[i]))
             ++i;
         if (i == fractionStart)
             return false;
