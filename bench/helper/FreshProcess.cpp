@@ -75,6 +75,9 @@ Izvestaj Pokreni(const std::vector<std::string>& argumenti, const std::string& i
         posix_spawn_file_actions_addclose(&akcije, cev[0]);
         posix_spawn_file_actions_addclose(&akcije, cev[1]);
     } else {
+        // Output goes to a new file, as the copy it is compared with does: emptying the last
+        // run's file would charge the program for freeing its pages.
+        ::unlink(izlaz.c_str());
         posix_spawn_file_actions_addopen(&akcije, STDOUT_FILENO, izlaz.c_str(),
                                          O_WRONLY | O_CREAT | O_TRUNC, 0666);
     }
