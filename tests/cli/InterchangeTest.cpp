@@ -97,6 +97,12 @@ TEST(VortaCliInterchange, AJsonDescriptionBecomesAModelThatGoesToJsonAndCsvAndBa
     EXPECT_EQ(shown["scale"]["combinations"], 16);
     EXPECT_EQ(shown["factors_for_analysis"].size(), 7u + 16u + 1u);
     EXPECT_EQ(shown["selector"]["results"]["items"].size(), 24u);
+    // A name with a quote, a backslash and a tab is escaped.
+    const std::string odd = "q\"b\\c\t.vld";
+    std::filesystem::copy_file(dir.Path() / "a.vld", dir.Path() / odd);
+    const json oddShown = json::parse(RunCli(dir, "show '" + odd + "' --format json").out);
+    EXPECT_EQ(oddShown["file"], odd);
+    EXPECT_EQ(oddShown["tables"], shown["tables"]);
 }
 
 TEST(VortaCliInterchange, RefusedInputIsNamedByLineAndColumnAndLeavesTheModelAsItWas) {
