@@ -27,14 +27,6 @@ protected:
         opterecenje::SRSSKombinacijeDlg();
         ScenarioOdigran();
     }
-    /// The (ordinal, factor) pairs of a stored case's SRSS unit.
-    static std::vector<std::pair<int, double>> SrssFaktori(const CSlucajOpterecenja* p) {
-        std::vector<std::pair<int, double>> f;
-        for (int i = 0; p != nullptr && p->JeliSRSS() && i < p->DajLCUnitZaSRSS()->GetSize(); ++i)
-            f.emplace_back(p->DajLCUnitZaSRSS()->GetLoadCaseFactor(i).GetLCRedniBroj(),
-                           p->DajLCUnitZaSRSS()->GetLoadCaseFactor(i).GetFaktor());
-        return f;
-    }
 };
 
 using Faktori = std::vector<std::pair<int, double>>;
@@ -91,7 +83,7 @@ TEST_F(SRSSTest, CoefficientsAreEnteredRoundedSquaredAndNamedAndOkWritesOneUndoS
     const CSlucajOpterecenja* p = SlucajBr(6);
     ASSERT_NE(p, nullptr);
     EXPECT_EQ(p->GetNaziv(), L"Seizmika");
-    const Faktori f = SrssFaktori(p);
+    const Faktori f = ParoviJedinice(p->DajLCUnitZaSRSS());
     ASSERT_EQ(f.size(), 3u);
     EXPECT_EQ(f[0].first, 1);
     EXPECT_NEAR(f[0].second, 0.25, 1e-12);

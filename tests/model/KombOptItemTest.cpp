@@ -13,18 +13,9 @@ using namespace loadrec;
 
 namespace {
 
-// Doubles are little-endian IEEE: 1.35 is 3FF5 9999 9999 999A, 1.5 is 3FF8 0000 0000 0000.
-const std::vector<uint8_t> kItemK1 = {
-    0x02, 0x00, 0x00, 0x00,                         // name: two UTF-16 units
-    0x4B, 0x00, 0x31, 0x00,                         //   "K1"
-    0x00, 0x00, 0x00, 0x00,                         // generic-name flag 0
-    0x03, 0x00, 0x00, 0x00,                         // ordinal 3
-    0x02, 0x00, 0x00, 0x00,                         // two entries
-    0x05, 0x00, 0x00, 0x00,                         //   load case 5
-    0x9A, 0x99, 0x99, 0x99, 0x99, 0x99, 0xF5, 0x3F, //   1.35
-    0x07, 0x00, 0x00, 0x00,                         //   load case 7
-    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xF8, 0x3F, //   1.5
-};
+// The record of ItemK1: name, generic-name flag, ordinal, count, then (load case, coefficient).
+const std::vector<uint8_t> kItemK1 =
+    Bytes().str(L"K1").i32(0).i32(3).i32(2).i32(5).f64(1.35).i32(7).f64(1.5).get();
 const std::vector<uint8_t> kDefaultItem = Bytes().i32(0).i32(0).i32(-1).i32(0).get();
 
 CKombOptItem Item(std::initializer_list<std::pair<CId, double>> entries, int ordinal = -1) {

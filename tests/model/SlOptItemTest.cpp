@@ -13,26 +13,15 @@ CSlOptItem FullItem() {
     return CSlOptItem(L"Vetar \u0161", 4, 1, 1, CId(12), 1.35, 1, 1, Ids({3, 4}), Ids({5}), 2);
 }
 
-// The record of FullItem, field by field.
-const std::vector<uint8_t> kFullItem = {
-    0x01, 0x00, 0x00, 0x00,                         // version 1
-    0x0C, 0x00, 0x00, 0x00,                         // id 12
-    0x07, 0x00, 0x00, 0x00,                         // name: 7 UTF-16 units
-    'V',  0x00, 'e',  0x00, 't',  0x00, 'a',  0x00, //
-    'r',  0x00, ' ',  0x00, 0x61, 0x01,             //   "Vetar š"
-    0x04, 0x00, 0x00, 0x00,                         // item value 1
-    0x01, 0x00, 0x00, 0x00,                         // g marker
-    0x01, 0x00, 0x00, 0x00,                         // influence-line flag
-    0x01, 0x00, 0x00, 0x00,                         // alternating flag
-    0xFF, 0xFF, 0xFF, 0xFF,                         // item value 3: -1
-    0x02, 0x00, 0x00, 0x00,                         // enters seismic analysis
-    0x9A, 0x99, 0x99, 0x99, 0x99, 0x99, 0xF5, 0x3F, // coefficient 1.35
-    0x01, 0x00, 0x00, 0x00,                         // permanent flag
-    0x02, 0x00, 0x00, 0x00,                         // never-combine: 2 ids
-    0x03, 0x00, 0x00, 0x00, 0x04, 0x00, 0x00, 0x00, //   3, 4
-    0x01, 0x00, 0x00, 0x00,                         // always-combine: 1 id
-    0x05, 0x00, 0x00, 0x00,                         //   5
-};
+// The record of FullItem, field by field: version 1, id, name, item value 1, g marker,
+// influence-line flag, alternating flag, item value 3 (-1), enters seismic analysis,
+// coefficient, permanent flag, never-combine ids, always-combine ids.
+std::vector<uint8_t> FullItemRecord() {
+    Bytes b;
+    b.i32(1).i32(12).str(L"Vetar \u0161").i32(4).i32(1).i32(1).i32(1).i32(-1).i32(2);
+    return b.f64(1.35).i32(1).ids({3, 4}).ids({5}).get();
+}
+const std::vector<uint8_t> kFullItem = FullItemRecord();
 constexpr size_t kNeverCount = 62;
 constexpr size_t kAlwaysCount = 74;
 

@@ -123,6 +123,14 @@ protected:
         u.SetKarakter(LCU_LINEARNA);
         return u;
     }
+    /// The (ordinal, factor) pairs of a unit; none for no unit.
+    static std::vector<std::pair<int, double>> ParoviJedinice(const CLoadCaseUnit* u) {
+        std::vector<std::pair<int, double>> p;
+        for (int i = 0; u != nullptr && i < u->GetSize(); ++i)
+            p.emplace_back(u->GetLoadCaseFactor(i).GetLCRedniBroj(),
+                           u->GetLoadCaseFactor(i).GetFaktor());
+        return p;
+    }
     RecordingHost m_host;
     std::vector<CString> m_poruke;            // the texts of the message boxes shown
     std::pair<CString, unsigned> m_poslednja; // caption and type of the last one

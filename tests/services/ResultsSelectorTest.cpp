@@ -41,12 +41,7 @@ protected:
     }
     using Clanovi = std::vector<std::pair<int, double>>;
     /// The first unit of the load made current last.
-    Clanovi Tekuca() const {
-        Clanovi unit;
-        for (const CLoadCaseFactor& f : m_promene.back().first.GetLoadCaseUnit(0).GetFactors())
-            unit.emplace_back(f.GetLCRedniBroj(), f.GetFaktor());
-        return unit;
-    }
+    Clanovi Tekuca() const { return ParoviJedinice(&m_promene.back().first.GetLoadCaseUnit(0)); }
     CId m_g, m_q, m_sx, m_k1, m_a1, m_a3;
 };
 

@@ -42,12 +42,7 @@ protected:
     std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
     int RedniBroj(const CId& id) const { return Get<CSlucajOpterecenja>(id)->DajRedniBroj(); }
     std::vector<std::pair<int, double>> Srss(const CId& id) const {
-        std::vector<std::pair<int, double>> f;
-        const CLoadCaseUnit& u = *Get<CSlucajOpterecenja>(id)->DajLCUnitZaSRSS();
-        for (int i = 0; i < u.GetSize(); ++i)
-            f.emplace_back(u.GetLoadCaseFactor(i).GetLCRedniBroj(),
-                           u.GetLoadCaseFactor(i).GetFaktor());
-        return f;
+        return ParoviJedinice(Get<CSlucajOpterecenja>(id)->DajLCUnitZaSRSS());
     }
     std::vector<CString> Anvelope() const {
         std::vector<CString> izbori;
