@@ -1,12 +1,10 @@
 #pragma once
 // A document for the tests of the SRSS editor, the stability dialog and the further load
-// editors: the recording host of the services' tests, a scripted user, the hooks the host
-// fills recorded, and the model file bytes by which a test sees that undo brings the model
-// back.
+// editors: the recording host of the services' tests, a scripted user and the hooks the host
+// fills recorded.
 #include "dialog/ScriptedRunner.h"
 #include "dialogs/EditoriOpterecenja.h"
 #include "dialogs/Editors.h"
-#include "host/ModelFile.h"
 #include "services/RecordingHost.h"
 
 #include <functional>
@@ -32,8 +30,6 @@ protected:
         s_pEditori = nullptr;
         ServicesTest::TearDown();
     }
-
-    std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
 
     /// Load cases "S1".."Sn" with ordinals 1..n; podesi sets case k (0-based) up further.
     std::vector<CId>

@@ -6,15 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 namespace {
 
-/// Every load case and combination of the store as (id -> record bytes).
-using StoreImage = std::map<int32_t, std::vector<uint8_t>>;
 /// The stored combinations as (ordinal, name, generated), by ordinal.
 using Rows = std::vector<std::tuple<int, CString, int>>;
 
@@ -65,18 +62,6 @@ protected:
         bm.UnfreezeUndoCounter();
         bm.Close();
     }
-    StoreImage Image() const {
-        StoreImage image;
-        for (const int type : {CSlucajOpterecenja::Type, CKombinacijaOpterecenja::Type}) {
-            for (const CId& id : m_base->Ids(type)) {
-                CFiller f;
-                f.Open(CFiller::Mode::Write);
-                m_base->Find(id)->ToFiller(f);
-                image[id.GetValue()] = f.Buffer();
-            }
-        }
-        return image;
-    }
     Rows Combinations() const {
         Rows rows;
         for (const CId& id : m_base->Ids(CKombinacijaOpterecenja::Type)) {
@@ -88,10 +73,10 @@ protected:
     }
     /// A cascade that has nothing to do changes nothing and leaves no undo step.
     template <class Cascade> void ExpectNoChange(Cascade cascade) {
-        const StoreImage before = Image();
+        const std::vector<uint8_t> before = Bajtovi();
         const int steps = m_base->GetUndoCount();
         cascade();
-        EXPECT_EQ(Image(), before);
+        EXPECT_EQ(Bajtovi(), before);
         EXPECT_EQ(m_base->GetUndoCount(), steps);
     }
 
@@ -108,7 +93,7 @@ TEST_F(KombinacijaCascadeTest, DeletingALoadCaseRemovesItsCombinationsRenumbersA
         if (Get<CKombinacijaOpterecenja>(id)->Item().GetRedniBroj() == 4)
             k4 = id;
     Change<CKombinacijaOpterecenja>(k4, [](CKombinacijaOpterecenja& k) { k.SetAtribut(42); });
-    const StoreImage before = Image();
+    const std::vector<uint8_t> before = Bajtovi();
     const int steps = m_base->GetUndoCount();
     DeleteLoadCaseWith(m_w, [&] { // S becomes III
         EXPECT_EQ(CKombinacijaOpterecenja::BrisiIzBazeSveKombOptKojeSadrzeSlOpt(m_w), 2);
@@ -125,11 +110,11 @@ TEST_F(KombinacijaCascadeTest, DeletingALoadCaseRemovesItsCombinationsRenumbersA
 
     // The cascade is one undo step with the deletion that caused it.
     EXPECT_EQ(m_base->GetUndoCount(), steps + 1);
-    const StoreImage afterImage = Image();
+    const std::vector<uint8_t> afterImage = Bajtovi();
     ASSERT_TRUE(m_base->Undo());
-    EXPECT_EQ(Image(), before);
+    EXPECT_EQ(Bajtovi(), before);
     ASSERT_TRUE(m_base->Redo());
-    EXPECT_EQ(Image(), afterImage);
+    EXPECT_EQ(Bajtovi(), afterImage);
 }
 
 TEST_F(KombinacijaCascadeTest, MissingOrOutOfRangeLoadCasesTakeTheirCombinationsAlong) {

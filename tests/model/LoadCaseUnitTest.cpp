@@ -10,24 +10,10 @@ using namespace loadrec;
 
 namespace {
 
-// Doubles are little-endian IEEE: 0.5 ends in E0 3F, 2.0 in 00 40, -1.0 in F0 BF.
-const std::vector<uint8_t> kFactor3Half = {
-    0x01, 0x00, 0x00, 0x00,                         // version 1
-    0x03, 0x00, 0x00, 0x00,                         // ordinal 3
-    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xE0, 0x3F, // factor 0.5
-};
-
-const std::vector<uint8_t> kUnitEnvelope = {
-    0x01, 0x00, 0x00, 0x00,                         // version 1
-    0x01, 0x00, 0x00, 0x00,                         // character: envelope
-    0x02, 0x00, 0x00, 0x00,                         // two factors
-    0x01, 0x00, 0x00, 0x00,                         //   version 1
-    0x01, 0x00, 0x00, 0x00,                         //   ordinal 1
-    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x40, //   2.0
-    0x01, 0x00, 0x00, 0x00,                         //   version 1
-    0x04, 0x00, 0x00, 0x00,                         //   ordinal 4
-    0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xF0, 0xBF, //   -1.0
-};
+// Factor: version 1, ordinal, factor. Unit: version 1, character (envelope), count, factors.
+const std::vector<uint8_t> kFactor3Half = Bytes().i32(1).i32(3).f64(0.5).get();
+const std::vector<uint8_t> kUnitEnvelope =
+    Bytes().i32(1).i32(1).i32(2).i32(1).i32(1).f64(2.0).i32(1).i32(4).f64(-1.0).get();
 
 /// The pairs left after SortLoadCaseFactorArray.
 Pairs Normalized(const Pairs& pairs) {

@@ -4,6 +4,7 @@
 // envelopes into the store.
 #include "diag/Assert.h"
 #include "host/Model.h"
+#include "host/ModelFile.h"
 #include "model/AnvelopaOpterecenja.h"
 #include "model/KombinacijaOpterecenja.h"
 #include "model/ModelRegistration.h"
@@ -51,6 +52,8 @@ protected:
         std::filesystem::remove_all(m_tmp, ec);
     }
 
+    /// The model file bytes of the document, by which a test sees what undo brings back.
+    std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
     /// The text of the error log that a death test left in the temporary directory.
     std::string ErrorLog() const {
         std::ifstream log(m_tmp / "vmerror.log");

@@ -4,7 +4,6 @@
 // places that still hold loads; refused text changes nothing.
 #include "RecordingHost.h"
 
-#include "host/ModelFile.h"
 #include "model/StabilnostParams.h"
 #include "services/Anvelope.h"
 #include "services/Razmena.h"
@@ -25,7 +24,6 @@ protected:
         AddCombination(2, {{m_s2, 1.0}}, L"K2");
         AddEnvelope(1, L"1-4", L"Sve");
     }
-    std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
     /// The stability parameters of the model object's record.
     CStabilnostParams Stabilnost() const {
         const CId id = m_base->Ids(CBaseManager::ModelType).front();

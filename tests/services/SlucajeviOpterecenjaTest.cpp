@@ -3,7 +3,6 @@
 // the host for its individual loads, and each is one undo step that brings the model back.
 #include "RecordingHost.h"
 
-#include "host/ModelFile.h"
 #include "services/Anvelope.h"
 #include "services/SlucajeviOpterecenja.h"
 
@@ -39,7 +38,6 @@ protected:
         ServicesTest::TearDown();
     }
 
-    std::vector<uint8_t> Bajtovi() const { return CModelFile::Write(*m_base); }
     int RedniBroj(const CId& id) const { return Get<CSlucajOpterecenja>(id)->DajRedniBroj(); }
     std::vector<std::pair<int, double>> Srss(const CId& id) const {
         return ParoviJedinice(Get<CSlucajOpterecenja>(id)->DajLCUnitZaSRSS());

@@ -1,6 +1,6 @@
 // Undo and redo of the object base: steps per writing opening, frozen openings joined into
-// one step, steps over many objects, and exact restoration of objects, ids, store order and
-// the next id.
+// one step, steps over many objects and over objects with ids far beyond the store's own
+// numbering, and exact restoration of objects, ids, store order and the next id.
 #include "objbase/BaseManager.h"
 #include "platform/objbase/TestRecords.h"
 
@@ -25,6 +25,12 @@ protected:
     }
     static CTestZapis* Zapis(CBaseManager& bm, int32_t id) {
         return static_cast<CTestZapis*>(bm.GetW(CId(id)));
+    }
+    /// A record under an id of its own, as a model file gives it.
+    static CTestZapis* Loaded(int32_t id, int32_t value) {
+        auto* z = new CTestZapis(value);
+        z->SetId(CId(id));
+        return z;
     }
     /// Undoes every step down to states[0] and redoes them all, checking each state; with
     /// `first` nothing before states[0] can be undone.
@@ -277,4 +283,53 @@ TEST_F(UndoRedo, UnreachableStepsAreFreedWhenIdleOrAtTheNextStep) {
     m_base.Clear();
     EXPECT_FALSE(m_base.HasDiscarded());
     EXPECT_EQ(CTestZapis::memPool.InUse(), inUse);
+}
+
+TEST_F(UndoRedo, ObjectsWithFarIdsAreRecordedOnceAndRestoredExactly) {
+    const int32_t far[] = {5000000, 2000000000, 7, 131072};
+    Step([&](CBaseManager&) {
+        for (const int32_t id : far)
+            ASSERT_TRUE(m_base.InsertLoaded(Loaded(id, id % 1000)));
+    });
+    const State before = Capture();
+    for (const int n : {10, 1000}) {
+        SCOPED_TRACE(n);
+        // One step: the far objects changed several times, one deleted and loaded again under
+        // the same id, and enough small ones to make the step large or not.
+        Step([&](CBaseManager& bm) {
+            for (int v = 0; v < n; ++v)
+                bm.Insert(new CTestZapis(v));
+            for (int pass = 1; pass <= 3; ++pass)
+                for (const int32_t id : far)
+                    Zapis(bm, id)->m_dFaktor += pass;
+            ASSERT_TRUE(bm.Delete(CId(far[1])));
+            ASSERT_TRUE(m_base.InsertLoaded(Loaded(far[1], -1)));
+        });
+        const State after = Capture();
+        ASSERT_TRUE(m_base.Undo());
+        EXPECT_EQ(Capture(), before);
+        ASSERT_TRUE(m_base.Redo());
+        EXPECT_EQ(Capture(), after);
+        ASSERT_TRUE(m_base.Undo());
+        EXPECT_EQ(Capture(), before);
+    }
+}
+
+TEST_F(UndoRedo, AnIdKeptApartIsFoundAndDeletedOnceTheTableByIndexReachesIt) {
+    // Alone, id 9000 lies beyond what the few objects justify; then 5000 objects make the
+    // table by index reach past it.
+    Step([&](CBaseManager& bm) {
+        ASSERT_TRUE(m_base.InsertLoaded(Loaded(9000, 9)));
+        for (int32_t id = 1; id <= 5000; ++id)
+            ASSERT_TRUE(m_base.InsertLoaded(Loaded(id, id % 7)));
+        ASSERT_NE(bm.GetR(CId(9000)), nullptr);
+        EXPECT_EQ(static_cast<const CTestZapis*>(bm.GetR(CId(9000)))->m_nVrednost, 9);
+        EXPECT_EQ(bm.GetR(CId(8999)), nullptr);
+        EXPECT_FALSE(m_base.InsertLoaded(Loaded(9000, 1))) << "an id is taken once";
+        ASSERT_TRUE(bm.Delete(CId(9000)));
+        EXPECT_EQ(bm.GetR(CId(9000)), nullptr);
+        ASSERT_TRUE(m_base.InsertLoaded(Loaded(9000, 3)));
+        EXPECT_EQ(static_cast<const CTestZapis*>(bm.GetR(CId(9000)))->m_nVrednost, 3);
+    });
+    EXPECT_EQ(m_base.Count(CTestZapis::Type), 5001);
 }
