@@ -5,6 +5,7 @@
 #include "host/LoadsServices.h"
 #include "host/Model.h"
 #include "host/ModelFileInput.h"
+#include "stream/Crc32.h"
 
 #include <cerrno>
 #include <climits>
@@ -15,7 +16,6 @@
 #include <new>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <zlib.h>
 
 namespace {
 
@@ -28,20 +28,6 @@ struct DestroyObj {
     void operator()(CObj* obj) const { obj->Destroy(1); }
 };
 using ObjPtr = std::unique_ptr<CObj, DestroyObj>;
-
-/// The CRC-32 of the bytes, continuing the sum `crc` (that of no bytes when not given).
-uint32_t Crc32(const uint8_t* data, size_t n,
-               uint32_t sum = static_cast<uint32_t>(crc32(0L, Z_NULL, 0))) {
-    uLong crc = sum;
-    constexpr size_t chunk = size_t{1} << 30;
-    while (n > 0) {
-        const size_t part = std::min(n, chunk);
-        crc = crc32(crc, data, static_cast<uInt>(part));
-        data += part;
-        n -= part;
-    }
-    return static_cast<uint32_t>(crc);
-}
 
 uint32_t LoadLe32(const uint8_t* p) {
     return static_cast<uint32_t>(p[0]) | static_cast<uint32_t>(p[1]) << 8 |
@@ -90,7 +76,7 @@ void WriteBody(const CObjBase& base, CFiller& f) {
 /// model file it only counts.
 class CFileOutput : public CFiller {
 public:
-    explicit CFileOutput(int fd) : m_fd(fd), m_crc(static_cast<uint32_t>(crc32(0L, Z_NULL, 0))) {
+    explicit CFileOutput(int fd) : m_fd(fd), m_crc(0) {
         m_piece.reserve(kPiece);
         Open(Mode::Write);
     }
@@ -107,7 +93,7 @@ public:
 
 protected:
     void Sink(const uint8_t* data, size_t n) override {
-        m_crc = Crc32(data, n, m_crc);
+        m_crc = Crc32(m_crc, data, n);
         m_total += n;
         if (m_errno != 0 || TooLarge())
             return;
@@ -499,7 +485,7 @@ std::vector<uint8_t> CModelFile::Write(const CObjBase& base) {
     CFiller f(size_t{1} << 20);
     f.Open(CFiller::Mode::Write);
     WriteBody(base, f);
-    f.WriteUInt32(Crc32(f.Buffer().data(), f.Buffer().size()));
+    f.WriteUInt32(Crc32(0, f.Buffer().data(), f.Buffer().size()));
     f.Close();
     return f.TakeBuffer();
 }

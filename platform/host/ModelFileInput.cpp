@@ -1,35 +1,17 @@
 // The bytes of a model file from memory or from a file read in pieces, with their checksum.
 #include "host/ModelFileInput.h"
 
+#include "stream/Crc32.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <unistd.h>
-#include <zlib.h>
-
-namespace {
-
-uint32_t Crc32(uint32_t crc, const uint8_t* data, size_t n) {
-    // zlib takes lengths as uInt; larger blocks go in parts.
-    constexpr size_t chunk = size_t{1} << 30;
-    uLong sum = crc;
-    while (n > 0) {
-        const size_t part = std::min(n, chunk);
-        sum = crc32(sum, data, static_cast<uInt>(part));
-        data += part;
-        n -= part;
-    }
-    return static_cast<uint32_t>(sum);
-}
-
-} // namespace
 
 CModelFileInput::CModelFileInput(const uint8_t* data, size_t size)
-    : m_data(data), m_size(size), m_crc(static_cast<uint32_t>(crc32(0L, Z_NULL, 0))),
-      m_body(size >= 4 ? size - 4 : 0) {}
+    : m_data(data), m_size(size), m_crc(0), m_body(size >= 4 ? size - 4 : 0) {}
 
 CModelFileInput::CModelFileInput(int fd, size_t size)
-    : m_size(size), m_fd(fd), m_crc(static_cast<uint32_t>(crc32(0L, Z_NULL, 0))),
-      m_body(size >= 4 ? size - 4 : 0) {}
+    : m_size(size), m_fd(fd), m_crc(0), m_body(size >= 4 ? size - 4 : 0) {}
 
 const uint8_t* CModelFileInput::Bytes(size_t pos, size_t n) {
     if (pos > m_size || n > m_size - pos)
