@@ -182,22 +182,27 @@ std::vector<int> CObjBase::GetRegisteredTypes() {
     return types;
 }
 
-CObj* CObjBase::CreateObject(int type) {
+namespace {
+
+/// A new object of a registered type made by `make` from its prototype, without an id; null
+/// for a type not registered.
+CObj* Created(int type, CObj* (CObj::*make)() const) {
     const auto it = Registry().find(type);
     if (it == Registry().end())
         return nullptr;
-    CObj* obj = it->second.prototype->MakeNew();
+    CObj* obj = (it->second.prototype->*make)();
     obj->SetId(CId());
     return obj;
 }
 
+} // namespace
+
+CObj* CObjBase::CreateObject(int type) {
+    return Created(type, &CObj::MakeNew);
+}
+
 CObj* CObjBase::CreateForReading(int type) {
-    const auto it = Registry().find(type);
-    if (it == Registry().end())
-        return nullptr;
-    CObj* obj = it->second.prototype->MakeEmpty();
-    obj->SetId(CId());
-    return obj;
+    return Created(type, &CObj::MakeEmpty);
 }
 
 // --- contents ---
