@@ -63,47 +63,37 @@ TEST_F(LoadNumberingTest, EmptyModelGivesEmptyVectorsAndRejectsNegativeNumbers) 
     }
 }
 
-TEST_F(LoadNumberingTest, UnderSuperpositionCombinationsAreExpandedForAnalysisAndPrinting) {
+TEST_F(LoadNumberingTest, AnalysisExpandsCombinationsAndPrintingOnlyUnderSuperposition) {
     TeorijaGuard guard;
-    CModelGlobals::nTeorija = 1;
     NapraviModel();
     const LoadNumbering::Counts c = LoadNumbering::Count();
     EXPECT_EQ(std::vector<int>({c.nSlOpt, c.nKomb, c.nAnv}), std::vector<int>({3, 2, 1}));
     using V = std::vector<double>;
-    EXPECT_EQ(Proracun(0), (V{1.0, 0.0, 0.0}));
-    EXPECT_EQ(Proracun(2), (V{0.0, 0.0, 1.0}));
-    EXPECT_EQ(Proracun(3), (V{1.35, 1.5, 0.0}));
-    EXPECT_EQ(Proracun(4), (V{0.0, 0.0, 1.0}));
-    EXPECT_EQ(Proracun(5), (V{0.0, 0.0, 0.0})) << "an envelope";
-    EXPECT_EQ(Proracun(40), (V{0.0, 0.0, 0.0}));
-    for (int i = 0; i < 6; ++i)
-        EXPECT_EQ(Ispis(i), Proracun(i)) << i;
-
-    EXPECT_EQ(UnitOf(1), Unit({{2, 1.0}}));
-    EXPECT_EQ(UnitOf(3), Unit({{1, 1.35}, {2, 1.5}}));
-    EXPECT_EQ(UnitOf(4), Unit({{3, 1.0}})) << "the zero member is left out";
-    EXPECT_EQ(UnitOf(5), Unit({})) << "an envelope";
-}
-
-TEST_F(LoadNumberingTest, UnderTheOtherTheoryPrintingKeepsCombinationsWhole) {
-    TeorijaGuard guard;
-    CModelGlobals::nTeorija = 2;
-    NapraviModel();
-    using V = std::vector<double>;
-    EXPECT_EQ(Ispis(1), (V{0.0, 1.0, 0.0, 0.0, 0.0}));
-    EXPECT_EQ(Ispis(3), (V{0.0, 0.0, 0.0, 1.0, 0.0}));
-    EXPECT_EQ(Ispis(4), (V{0.0, 0.0, 0.0, 0.0, 1.0}));
-    EXPECT_EQ(Ispis(5), (V{0.0, 0.0, 0.0, 0.0, 0.0})) << "an envelope";
-    EXPECT_EQ(Proracun(1), (V{0.0, 1.0, 0.0}));
-    EXPECT_EQ(Proracun(3), (V{1.35, 1.5, 0.0})) << "analysis still expands";
-    EXPECT_EQ(Proracun(5), (V{0.0, 0.0, 0.0}));
-
-    EXPECT_EQ(UnitOf(3), Unit({{4, 1.0}}));
-    EXPECT_EQ(UnitOf(4), Unit({{5, 1.0}}));
-    EXPECT_TRUE(UnitOf(5).IsEmpty());
-    // any value other than 1 is the other theory
-    CModelGlobals::nTeorija = 0;
-    EXPECT_EQ(UnitOf(3), Unit({{4, 1.0}}));
+    // Per load: the vector for analysis under either theory, and under the other theory the
+    // vector for printing and the unit (under superposition both follow the analysis).
+    const struct {
+        int z;
+        V proracun, ispis2;
+        Pairs unit1, unit2;
+    } rows[] = {
+        {0, {1, 0, 0}, {1, 0, 0, 0, 0}, {{1, 1.0}}, {{1, 1.0}}},
+        {3, {1.35, 1.5, 0}, {0, 0, 0, 1, 0}, {{1, 1.35}, {2, 1.5}}, {{4, 1.0}}},
+        {4, {0, 0, 1}, {0, 0, 0, 0, 1}, {{3, 1.0}}, {{5, 1.0}}}, // the zero member is left out
+        {5, {0, 0, 0}, {0, 0, 0, 0, 0}, {}, {}},                 // an envelope
+        {40, {0, 0, 0}, {0, 0, 0, 0, 0}, {}, {}},
+    };
+    // Any value other than 1 is the other theory.
+    for (const int teorija : {1, 2, 0}) {
+        CModelGlobals::nTeorija = teorija;
+        for (const auto& row : rows) {
+            SCOPED_TRACE(testing::Message() << "theory " << teorija << ", load " << row.z);
+            EXPECT_EQ(Proracun(row.z), row.proracun);
+            EXPECT_EQ(Ispis(row.z), teorija == 1 ? row.proracun : row.ispis2);
+            if (row.z < 6) {
+                EXPECT_EQ(UnitOf(row.z), Unit(teorija == 1 ? row.unit1 : row.unit2));
+            }
+        }
+    }
 }
 
 TEST_F(LoadNumberingTest, AllUnitsAtOnceAgreeWithTheUnitsOneByOne) {

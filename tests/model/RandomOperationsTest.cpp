@@ -4,7 +4,6 @@
 // as it is (no refusal, nothing to repair), and undoing every step gives back, step by step,
 // byte-identical files. VORTA_PROPERTY_SEQUENCES sets how many seeded sequences run.
 #include "ModelFixture.h"
-#include "host/ModelFile.h"
 #include "model/ProveraModela.h"
 
 #include <algorithm>
