@@ -13,9 +13,6 @@
 namespace {
 
 enum : int {
-    G = 1017,
-    BRISI = 1006,
-    NAZIV = 1015,
     LISTA = 1036,
     IZBOR = 1037,
     MOD = 1038,
@@ -88,7 +85,7 @@ TEST_F(AnvelopeTest, ASelectionIsComposedSavedUnderANameAndEnvelopesDeletedAndOk
 
         // Loads chosen in the selection dialog, saved as a new envelope of mode 1.
         Ocekuj<CDlgIzborOpterecenja>(1020, [](CDlgIzborOpterecenja& i) {
-            CGridModel& g = Grid(i, G);
+            CGridModel& g = Grid(i, G1);
             EXPECT_EQ(Red(g, 5), (Tekstovi{L"5", L"Kombinacija", L"K2"}));
             g.UserSelectRows({2, 4, 5});
             EXPECT_EQ(i.Dialog().GetText(IZBOR), L"2,4-5");
@@ -198,7 +195,7 @@ TEST_F(AnvelopeTest, OkShowsTheActivatedEnvelopeOrTheChosenLoadsInTheResults) {
 TEST_F(AnvelopeTest, TheSelectionDialogTakesTypedTextAppliedOrNot) {
     std::vector<int> izbor = {2, 9};
     Ocekuj<CDlgIzborOpterecenja>(1020, [](CDlgIzborOpterecenja& i) {
-        CGridModel& g = Grid(i, G);
+        CGridModel& g = Grid(i, G1);
         EXPECT_EQ(g.GetSelectedRows(), std::vector<int>{2}); // 9 is beyond the loads
         EXPECT_EQ(i.Dialog().GetText(IZBOR), L"2");
         i.Dialog().UserSetText(IZBOR, L"1-x");

@@ -10,7 +10,7 @@
 
 namespace {
 
-enum : int { G1 = 1017, G2 = 1018, INTERVAL = 1020, TACNOST = 1021, TORZIJA = 2089 };
+enum : int { INTERVAL = 1020, TACNOST = 1021, TORZIJA = 2089 };
 
 const CString kDelta = L"\u03b4";
 

@@ -13,7 +13,6 @@
 
 namespace {
 
-enum : int { G1 = 1017, G2 = 1018 };
 using N = std::vector<CString>;
 
 } // namespace
@@ -196,9 +195,9 @@ TEST_F(KombTest, ListCommandsWorkOnTheSelectedCombinations) {
         m.UserClick(1007);
         EXPECT_EQ(Nazivi(d.Kombinacije()), (N{L"K1", L"K2", L"1.50xII", L"K3", L"Kombinacija"}));
         EXPECT_EQ(g2.GetSelectedRows(), std::vector<int>{3});
-        m.UserClick(1013); // "Gore"
+        m.UserClick(GORE);
         EXPECT_EQ(Nazivi(d.Kombinacije()), (N{L"K1", L"1.50xII", L"K2", L"K3", L"Kombinacija"}));
-        m.UserClick(1012); // "Dole"
+        m.UserClick(DOLE);
         EXPECT_EQ(g2.GetSelectedRows(), std::vector<int>{3});
         // Duplicates: a user-given name wins over a generated one, the longer over the shorter.
         m.UserClick(1033);

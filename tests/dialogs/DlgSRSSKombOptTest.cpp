@@ -10,15 +10,7 @@
 
 namespace {
 
-enum : int {
-    G1 = 1017,
-    G2 = 1018,
-    DODAJ = 1007,
-    BRISI = 1006,
-    BRISI_SVE = 1008,
-    GORE = 1013,
-    DOLE = 1012
-};
+enum : int { BRISI_SVE = 1008 };
 
 class SRSSTest : public EditoriTest {
 protected:

@@ -11,17 +11,7 @@
 
 namespace {
 
-enum : int {
-    G = 1017,
-    BRISI = 1006,
-    DODAJ = 1007,
-    KOPIRAJ = 1009,
-    PREIMENUJ = 1010,
-    SRSS = 1011,
-    DOLE = 1012,
-    GORE = 1013,
-    NAZIV = 1015
-};
+enum : int { KOPIRAJ = 1009, PREIMENUJ = 1010, SRSS = 1011 };
 using D = CDlgSlucajeviOpterecenja;
 
 class ListaTest : public EditoriTest {
@@ -45,8 +35,8 @@ protected:
     /// The names in the grid, in order.
     static std::vector<CString> Imena(D& d) {
         std::vector<CString> imena;
-        for (int r = 1; r < Grid(d, G).GetRowCount(); ++r)
-            imena.push_back(Grid(d, G).GetItemText(r, D::kNaziv));
+        for (int r = 1; r < Grid(d, G1).GetRowCount(); ++r)
+            imena.push_back(Grid(d, G1).GetItemText(r, D::kNaziv));
         return imena;
     }
     std::vector<CString> Uskladistena() const {
@@ -67,7 +57,7 @@ using Spisak = std::vector<CString>;
 TEST_F(ListaTest, TheGridShowsAndTakesTheValuesOfEveryCaseAndOkWritesThemInOneUndoStep) {
     const std::vector<uint8_t> pre = Bajtovi();
     Lista([&](D& d) {
-        CGridModel& g = Grid(d, G);
+        CGridModel& g = Grid(d, G1);
         EXPECT_EQ(Red(g, 1), (Spisak{L"1", L"S1", L"", L"1.00", L"", L"", L"", L"0", L"", L""}));
         EXPECT_EQ(g.GetItemText(4, D::kUticajnaLinija), L"Moment");
         EXPECT_EQ(g.GetItemText(5, D::kSRSS), L"I+II");
@@ -113,7 +103,7 @@ TEST_F(ListaTest, TheGridShowsAndTakesTheValuesOfEveryCaseAndOkWritesThemInOneUn
 
     // Cancel writes nothing, whatever was changed.
     Lista([&](D& d) {
-        Grid(d, G).UserEndEdit(1, D::kNaziv, L"Drugo");
+        Grid(d, G1).UserEndEdit(1, D::kNaziv, L"Drugo");
         d.Dialog().UserClick(IDCANCEL);
     });
     EXPECT_EQ(Bajtovi(), pre);
@@ -123,7 +113,7 @@ TEST_F(ListaTest, CasesAreAddedCopiedRenamedAndMovedWithinTheirBlock) {
     const std::vector<uint8_t> pre = Bajtovi();
     CId kopijaOd;
     Lista([&](D& d) {
-        CGridModel& g = Grid(d, G);
+        CGridModel& g = Grid(d, G1);
         CDialogModel& m = d.Dialog();
         // A new case after the selected one; with an SRSS case selected, before the SRSS cases.
         g.UserClick(2, D::kNaziv);
@@ -188,7 +178,7 @@ TEST_F(ListaTest, DeletingWarnsWithWhatGoesAlongAndTakesTheSrssCasesThatCombineI
     const std::vector<uint8_t> pre = Bajtovi();
     m_runner.AnswerMessageBox(CVortaMessageBox::IDNO).AnswerMessageBox(CVortaMessageBox::IDYES);
     Lista([&](D& d) {
-        CGridModel& g = Grid(d, G);
+        CGridModel& g = Grid(d, G1);
         g.UserClick(2, D::kNaziv);
         d.Dialog().UserClick(BRISI); // No
         EXPECT_EQ(Imena(d).size(), 5u);
@@ -213,7 +203,7 @@ TEST_F(ListaTest, DeletingWarnsWithWhatGoesAlongAndTakesTheSrssCasesThatCombineI
 TEST_F(ListaTest, TheSrssButtonWritesTheListFirstAndShowsWhatTheSrssEditorDid) {
     m_runner.AnswerMessageBox(CVortaMessageBox::IDYES);
     Lista([&](D& d) {
-        CGridModel& g = Grid(d, G);
+        CGridModel& g = Grid(d, G1);
         g.UserEndEdit(3, D::kNaziv, L"Seizmika");
         Ocekuj<CDialogPresenter>(2090, [](CDialogPresenter& s) {
             CGridModel& sg = s.Dialog().Grid(1018);

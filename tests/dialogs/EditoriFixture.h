@@ -11,6 +11,10 @@
 #include <utility>
 #include <vector>
 
+/// The controls the load editors share: their grids, the name edit and the list buttons.
+enum : int { G1 = 1017, G2 = 1018, NAZIV = 1015 };
+enum : int { BRISI = 1006, DODAJ = 1007, DOLE = 1012, GORE = 1013 };
+
 class EditoriTest : public ServicesTest {
 protected:
     void SetUp() override {

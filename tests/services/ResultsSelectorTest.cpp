@@ -84,12 +84,12 @@ TEST_F(ResultsSelectorTest, ListsEveryLoadOnTheGlobalScaleWithItsMarks) {
     COpterecenjeApp::MarkAsLabilanSlOpt(2);
     COpterecenjeApp::MarkAsLabilanSlOpt(6);
     COpterecenjeApp::UpdateComboResults(4);
-    const auto lista = m_host.Lista();
-    EXPECT_EQ(lista[1], CString(L"(!) 2. Q"));
-    EXPECT_EQ(lista[5], CString(L"(!) 6. G+Sx"));
-    EXPECT_EQ(lista[6], CString(L"(!) 7. [Sve] 1-6"));  // holds case 2
-    EXPECT_EQ(lista[7], CString(L"(?) 8. [Lose] 1-9")); // fails before anything is marked
-    EXPECT_EQ(lista[8], CString(L"9. [Anv] 5"));        // its unit stands for combination 1, 5
+    // [Sve] holds case 2; [Lose] fails before anything is marked; the unit of [Anv] stands for
+    // combination 1, position 5.
+    EXPECT_EQ(m_host.Lista(),
+              (std::vector<CString>{L"1. G", L"(!) 2. Q", L"3/2. Sx", L"4. NDA: DDA",
+                                    L"5. 1.35xI+1.50xII", L"(!) 6. G+Sx", L"(!) 7. [Sve] 1-6",
+                                    L"(?) 8. [Lose] 1-9", L"9. [Anv] 5"}));
     // A combination is not announced by the refill.
     EXPECT_EQ(m_host.m_najave.size(), 1u);
     EXPECT_EQ(CComboItemArray::GetActiveItem().m_Id, m_k1);
