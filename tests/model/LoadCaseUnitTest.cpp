@@ -37,7 +37,6 @@ TEST(LoadCaseUnitRecord, FactorMassFactorAndUnitHaveTheLayoutOfVersionOneBothWay
     Reader rf(kFactor3Half);
     CLoadCaseFactor factor;
     EXPECT_EQ(factor.FromFiller(rf.f()), 1);
-    EXPECT_EQ(factor.GetLCRedniBroj(), 3);
     EXPECT_EQ(Written(factor), kFactor3Half);
 
     // The factor for masses is written whole, without nesting the factor record.
@@ -46,7 +45,6 @@ TEST(LoadCaseUnitRecord, FactorMassFactorAndUnitHaveTheLayoutOfVersionOneBothWay
     Reader rm(mass);
     CLoadCaseFactorZaMase massFactor;
     EXPECT_EQ(massFactor.FromFiller(rm.f()), 1);
-    EXPECT_EQ(massFactor.DajZavisnostOdSprata(), -2);
     EXPECT_EQ(Written(massFactor), mass);
 
     EXPECT_EQ(Written(Unit({{1, 2.0}, {4, -1.0}}, LCU_ANVELOPA)), kUnitEnvelope);
