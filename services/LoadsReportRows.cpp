@@ -16,7 +16,6 @@
 #include <array>
 #include <bit>
 #include <charconv>
-#include <cstring>
 #include <map>
 #include <string_view>
 #include <type_traits>
@@ -36,47 +35,6 @@ void DodajBroj(std::string& out, int n) {
     char tekst[16];
     const auto kraj = std::to_chars(tekst, tekst + sizeof tekst, n).ptr;
     out.append(tekst, kraj);
-}
-
-/// Appends the UTF-8 of a wide text. Names are mostly ASCII: room for one byte a character
-/// is made at once, and the text is checked and narrowed into it a group of characters at a
-/// time, in loops of a fixed length that the compiler makes vector code of; from the first
-/// group with any other character on, the text is converted as the platform converts it
-/// (character by character, so the pieces give the same bytes as the whole).
-void DodajUtf8(std::string& out, std::wstring_view s) {
-    constexpr size_t kGrupa = 32;
-    const size_t pocetak = out.size();
-    out.resize(pocetak + s.size());
-    char* const cilj = out.data() + pocetak;
-    char grupa[kGrupa];
-    size_t i = 0;
-    for (; i + kGrupa <= s.size(); i += kGrupa) {
-        uint32_t sve = 0;
-        for (size_t j = 0; j < kGrupa; ++j) {
-            sve |= static_cast<uint32_t>(s[i + j]);
-            grupa[j] = static_cast<char>(s[i + j]);
-        }
-        if (sve >= 0x80)
-            break;
-        std::memcpy(cilj + i, grupa, kGrupa);
-    }
-    if (s.size() - i < kGrupa) {
-        uint32_t sve = 0;
-        for (size_t j = i; j < s.size(); ++j) {
-            sve |= static_cast<uint32_t>(s[j]);
-            cilj[j] = static_cast<char>(s[j]);
-        }
-        if (sve < 0x80)
-            return;
-    }
-    out.resize(pocetak + i);
-    out += WideToUtf8(s.substr(i));
-}
-
-/// A cell of the UTF-8 of a wide text.
-void CelijaOd(CReportRows& rows, const CString& tekst) {
-    DodajUtf8(rows.Text(), tekst);
-    rows.EndCell();
 }
 
 /// Makes room for the rows of a block once its first rows show their size, so that the
@@ -256,7 +214,7 @@ private:
         std::string& tekst = rows.Text();
         DodajBroj(tekst, item.GetRedniBroj());
         rows.EndCell();
-        CelijaOd(rows, item.GetNaziv());
+        rows.CellOf(item.GetNaziv());
         rows.Cell(item.IsGenericName() != 0 ? std::string_view(m_da) : std::string_view());
         // A load case named twice has the sum of its coefficients. Only the columns of the
         // load cases the combination names can be other than empty: they are marked in a set
@@ -357,7 +315,7 @@ private:
         rows.Cell(vrsta);
         DodajBroj(rows.Text(), sopstveni);
         rows.EndCell();
-        CelijaOd(rows, naziv);
+        rows.CellOf(naziv);
         DodajBroj(rows.Text(), redniBroj - 1);
         rows.EndCell();
         DodajBroj(rows.Text(), redniBroj);

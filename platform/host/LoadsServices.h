@@ -69,20 +69,42 @@ public:
     }
     /// A cell of the UTF-8 of a wide text.
     void CellOf(const CString& text) {
-        // Most texts are plain ASCII: that is checked at once, then they are copied as they are.
-        uint32_t all = 0;
-        for (const wchar_t ch : text)
-            all |= static_cast<uint32_t>(ch);
-        if (all < 0x80) {
-            const size_t start = m_text.size();
-            m_text.resize(start + text.size());
-            std::transform(text.begin(), text.end(),
-                           m_text.begin() + static_cast<std::ptrdiff_t>(start),
-                           [](wchar_t ch) { return static_cast<char>(ch); });
-        } else {
-            m_text += text.ToUtf8();
-        }
+        AppendUtf8(m_text, text);
         EndCell();
+    }
+    /// Appends the UTF-8 of a wide text. Names are mostly ASCII: room for one byte a character
+    /// is made at once, and the text is checked and narrowed into it a group of characters at
+    /// a time, in loops of a fixed length that the compiler makes vector code of; from the
+    /// first group with any other character on, the rest is converted character by character
+    /// as the platform converts texts (so the pieces give the same bytes as the whole).
+    static void AppendUtf8(std::string& out, std::wstring_view s) {
+        constexpr size_t kGroup = 32;
+        const size_t start = out.size();
+        out.resize(start + s.size());
+        char* const to = out.data() + start;
+        char group[kGroup];
+        size_t i = 0;
+        for (; i + kGroup <= s.size(); i += kGroup) {
+            uint32_t all = 0;
+            for (size_t j = 0; j < kGroup; ++j) {
+                all |= static_cast<uint32_t>(s[i + j]);
+                group[j] = static_cast<char>(s[i + j]);
+            }
+            if (all >= 0x80)
+                break;
+            std::copy(group, group + kGroup, to + i);
+        }
+        if (s.size() - i < kGroup) {
+            uint32_t all = 0;
+            for (size_t j = i; j < s.size(); ++j) {
+                all |= static_cast<uint32_t>(s[j]);
+                to[j] = static_cast<char>(s[j]);
+            }
+            if (all < 0x80)
+                return;
+        }
+        out.resize(start + i);
+        out += WideToUtf8(s.substr(i));
     }
     /// `count` empty cells at once.
     void EmptyCells(size_t count) { m_column += count; }
